@@ -1,0 +1,130 @@
+#include "frame/RegistryFunctions.h"
+
+#include "frame/GlobalFunctions.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QSettings>
+#include <QStandardPaths>
+
+namespace {
+
+const QString kGroup = QStringLiteral("3.0/Settings");
+const QString kNotExisting = QStringLiteral("NotExisting");
+
+QString &settingsFileOverride()
+{
+    static QString path;
+    return path;
+}
+
+quint64 s_generation = 0;
+
+QString groupKey(const QString &name)
+{
+    return kGroup + u'/' + name;
+}
+
+} // namespace
+
+QString SettingsFile()
+{
+    if (!settingsFileOverride().isEmpty())
+        return settingsFileOverride();
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
+        + QStringLiteral("/Nordquell/Varnex.ini");
+}
+
+void SetSettingsFile(const QString &path)
+{
+    settingsFileOverride() = path;
+    ++s_generation;
+}
+
+quint64 SettingsGeneration()
+{
+    return s_generation;
+}
+
+QString GetSetting(const QString &name, const QString &defaultValue)
+{
+    QSettings store(SettingsFile(), QSettings::IniFormat);
+    const QVariant value = store.value(groupKey(name));
+    // Only a plain string counts; a list or a typed value is "another type".
+    if (!value.isValid() || value.typeId() != QMetaType::QString)
+        return defaultValue;
+    return value.toString();
+}
+
+bool GetBoolSetting(const QString &name, bool defaultValue)
+{
+    const QString value = GetSetting(name, QString());
+    if (value == QStringLiteral("1"))
+        return true;
+    if (value == QStringLiteral("0"))
+        return false;
+    return defaultValue;
+}
+
+void SaveSetting(const QString &name, const QString &value)
+{
+    QDir().mkpath(QFileInfo(SettingsFile()).absolutePath());
+    QSettings store(SettingsFile(), QSettings::IniFormat);
+    store.setValue(groupKey(name), value);
+    store.sync();
+    ++s_generation;
+    if (store.status() != QSettings::NoError)
+        ShowMessage(QStringLiteral("saf"), MsgPlain, QString());
+}
+
+void InitSetting(const QString &name, const QString &defaultValue)
+{
+    if (GetSetting(name, kNotExisting) == kNotExisting)
+        SaveSetting(name, defaultValue);
+}
+
+const QList<SettingDefault> &DefaultSettings()
+{
+    static const QList<SettingDefault> defaults{
+        // Telephone
+        {"CountryCode", "49"}, {"NDDP", "0"}, {"IDDP", "00"}, {"DurchwahlTrenn", "-"},
+        {"Plus", "0"}, {"SchweizKonv", "1"}, {"HideFax", "0"},
+        {"IDDPOut", "+"}, {"VorwahlTrennOut1", " ("}, {"VorwahlTrennOut2", ") "},
+        {"VorwahlTrennOutSingle", " "}, {"DurchwahlTrennOut", "-"},
+        {"UseNumberBlocksAreaNo", "0"}, {"UseNumberBlocksAreaPres", "0"},
+        {"BlockTrennAreaNo", " "}, {"BlockTrennAreaPres", " "},
+        {"BlockA1", " "}, {"BlockA2", " "},
+        {"BlockS1", " "}, {"BlockS2", " "}, {"BlockS3", " "}, {"BlockS4", " "}, {"BlockS5", " "},
+        {"BlockT1", " "}, {"BlockT2", " "}, {"BlockT3", " "}, {"BlockT4", " "}, {"BlockT5", " "},
+        // Duplicates: compared fields
+        {"KontakteLastName", "1"}, {"KontakteFirstName", "1"}, {"KontakteCompanyName", "1"},
+        {"KontakteFileAs", "0"}, {"KontakteBusinessTelephoneNumber", "0"},
+        {"KontakteHomeTelephoneNumber", "1"}, {"KontakteMobileTelephoneNumber", "1"},
+        {"KontakteEmail1Address", "0"}, {"KontakteHomeAddress", "1"},
+        {"KontakteBusinessAddress", "0"}, {"KontakteFieldName", "0"},
+        {"TermineStart", "1"}, {"TermineEnd", "1"}, {"TermineSubject", "1"},
+        {"TermineAllDayEvent", "0"}, {"TermineBusyStatus", "0"}, {"TermineBody", "1"},
+        {"EmailBody", "1"}, {"EmailSenderName", "0"}, {"EmailSubject", "1"}, {"EmailTo", "1"},
+        {"EmailSentOn", "0"}, {"EmailReceivedTime", "1"}, {"EmailAttachments", "1"},
+        {"AufgabenBody", "1"}, {"AufgabenOwner", "0"}, {"AufgabenStartDate", "1"},
+        {"AufgabenSubject", "1"},
+        {"NotizenBody", "1"}, {"NotizenColor", "0"},
+        {"JournalBody", "1"}, {"JournalDuration", "0"}, {"JournalStart", "1"}, {"JournalSubject", "1"},
+        // Duplicates: preferences and action
+        {"OldDel", "1"}, {"TerminSerie", "1"}, {"MasterFolder", "1"},
+        {"Priority.0", "2"}, {"Priority.1", "1"}, {"Priority.2", "0"}, {"DupDel", "1"},
+        // Names
+        {"FileAsLayoutEx", "Nachname, Vorname (Firma)"},
+        {"SubjectLayout", "Vorname Nachname Namenszusatz"},
+        {"SubjectNameCorrect", "0"}, {"BusinessNameCheck", "1"},
+        // General
+        {"IdleTime", "30"}, {"AttSize", "0"},
+    };
+    return defaults;
+}
+
+void InitDefaultSettings()
+{
+    for (const SettingDefault &d : DefaultSettings())
+        InitSetting(QString::fromUtf8(d.name), QString::fromUtf8(d.value));
+}

@@ -1,0 +1,15 @@
+#include "controls/MessageBox.h"
+#include "frame/Main.h"
+
+#include <QApplication>
+
+int main(int argc, char *argv[])
+{
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("Varnex"));
+    QApplication::setOrganizationName(QStringLiteral("Nordquell"));
+    InstallMessageBoxHandler();
+    if (!Main())
+        return 1;
+    return app.exec();
+}

@@ -1,0 +1,134 @@
+// Messages, the error box and the error log.
+#include "frame/GlobalFunctions.h"
+#include "support/TestSupport.h"
+
+#include <QDir>
+#include <QFile>
+#include <QRegularExpression>
+#include <QTest>
+
+class tst_GlobalFunctions : public QObject
+{
+    Q_OBJECT
+private slots:
+    void logEntryIsFourCrLfLines();
+    void errorBoxHasFourLines_data();
+    void errorBoxHasFourLines();
+    void errorIdOneIsOnlyLogged();
+    void logIsLatin1();
+    void failingLogShowsOneBoxAndNeverLoops();
+    void messageWithoutHandlerAnswersDefaultButton_data();
+    void messageWithoutHandlerAnswersDefaultButton();
+};
+
+void tst_GlobalFunctions::logEntryIsFourCrLfLines()
+{
+    TestEnvironment env(false, false);
+    QVERIFY(WriteErrorLog(QStringLiteral("Text der Meldung"), QStringLiteral("909")));
+    QVERIFY(WriteErrorLog(QStringLiteral("zweite"), QStringLiteral("1")));
+    QFile f(env.folder() + QStringLiteral("/errorlog.txt"));
+    QVERIFY(f.open(QIODevice::ReadOnly));
+    const QByteArray bytes = f.readAll();
+    const QList<QByteArray> lines = bytes.split('\n');
+    QCOMPARE(lines.size(), 9); // two entries of four lines, and the empty rest after the last CR LF
+    QVERIFY(lines.last().isEmpty());
+    for (int i = 0; i < 8; ++i)
+        QVERIFY2(lines.at(i).endsWith('\r'), qPrintable(QStringLiteral("line %1 lacks CR").arg(i)));
+    static const QRegularExpression head(QStringLiteral("^Date: \\d\\d\\.\\d\\d\\.\\d{4} \\d\\d:\\d\\d:\\d\\dSub: 909\\r$"));
+    QVERIFY2(head.match(QString::fromLatin1(lines.at(0))).hasMatch(), lines.at(0).constData());
+    QCOMPARE(lines.at(1), QByteArray("\r"));
+    QCOMPARE(lines.at(2), QByteArray("Text der Meldung\r"));
+    QCOMPARE(lines.at(3), QByteArray(76, '-') + '\r');
+    QVERIFY(lines.at(4).endsWith("Sub: 1\r"));
+}
+
+void tst_GlobalFunctions::errorBoxHasFourLines_data()
+{
+    QTest::addColumn<QString>("info");
+    QTest::newRow("mit Info") << QStringLiteral("Kontakt Meier");
+    QTest::newRow("leere Info bleibt vierte Zeile") << QString();
+}
+
+void tst_GlobalFunctions::errorBoxHasFourLines()
+{
+    QFETCH(QString, info);
+    TestEnvironment env(false, false);
+    MessageRecorder boxes;
+    ShowError(QStringLiteral("Objekt nicht gefunden"), QVariant(-2147221233), 802, info);
+    QCOMPARE(boxes.count(), 1);
+    const MessageRequest box = boxes.last();
+    QCOMPARE(box.buttons, int(MsgStop));
+    QCOMPARE(box.title, QStringLiteral("Fehler!"));
+    const QStringList lines = box.prompt.split(QStringLiteral("\r\n"));
+    QCOMPARE(lines.size(), 4);
+    QCOMPARE(lines.at(0), QStringLiteral("Bei der Programmausführung ist folgender Fehler aufgetreten:"));
+    QCOMPARE(lines.at(1), QStringLiteral("Nr.: 802 / -2147221233, Objekt nicht gefunden"));
+    QVERIFY(lines.at(2).startsWith(QStringLiteral("Weitere Infos unter ")));
+    QVERIFY(lines.at(2).endsWith(QStringLiteral("/Varnex/Support.htm")));
+    QCOMPARE(lines.at(3), info);
+    QVERIFY(env.readLog().contains(
+        QStringLiteral("Err. No.: -2147221233, Err. Des.: Objekt nicht gefunden, Info: ") + info + QStringLiteral("\r\n")));
+    QVERIFY(env.readLog().contains(QStringLiteral("Sub: 802\r\n")));
+}
+
+void tst_GlobalFunctions::errorIdOneIsOnlyLogged()
+{
+    TestEnvironment env(false, false);
+    MessageRecorder boxes;
+    ShowError(QStringLiteral("Speicher nicht lesbar"), QVariant(5), 1, QStringLiteral("Clear"));
+    QCOMPARE(boxes.count(), 0);
+    QVERIFY(env.readLog().contains(QStringLiteral("Err. No.: 5, Err. Des.: Speicher nicht lesbar, Info: Clear")));
+}
+
+void tst_GlobalFunctions::logIsLatin1()
+{
+    TestEnvironment env(false, false);
+    WriteErrorLog(QStringLiteral("Größe ändern €"), QStringLiteral("1"));
+    QFile f(env.folder() + QStringLiteral("/errorlog.txt"));
+    QVERIFY(f.open(QIODevice::ReadOnly));
+    const QByteArray bytes = f.readAll();
+    QVERIFY(bytes.contains("Gr\xf6\xdf" "e \xe4ndern ?"));
+}
+
+void tst_GlobalFunctions::failingLogShowsOneBoxAndNeverLoops()
+{
+    TestEnvironment env(false, false);
+    // A folder named like the log makes every append fail.
+    QVERIFY(QDir(env.folder()).mkdir(QStringLiteral("errorlog.txt")));
+    MessageRecorder boxes;
+    ShowError(QStringLiteral("erster Fehler"), QVariant(1), 802);
+    QCOMPARE(boxes.count(), 2); // the log failure once, then the error itself
+    QVERIFY(boxes.requests().at(0).prompt.contains(QStringLiteral("Nr.: 202 /")));
+    QVERIFY(boxes.requests().at(1).prompt.contains(QStringLiteral("Nr.: 802 /")));
+    ShowError(QStringLiteral("zweiter Fehler"), QVariant(1), 802);
+    QCOMPARE(boxes.count(), 3); // no second log-failure box
+    // Once the log works again, a later failure is reported again.
+    QVERIFY(QDir(env.folder()).rmdir(QStringLiteral("errorlog.txt")));
+    QVERIFY(WriteErrorLog(QStringLiteral("geht wieder"), QStringLiteral("1")));
+    QVERIFY(QFile::remove(env.folder() + QStringLiteral("/errorlog.txt")));
+    QVERIFY(QDir(env.folder()).mkdir(QStringLiteral("errorlog.txt")));
+    QVERIFY(!WriteErrorLog(QStringLiteral("wieder kaputt"), QStringLiteral("1")));
+    QCOMPARE(boxes.count(), 4);
+}
+
+void tst_GlobalFunctions::messageWithoutHandlerAnswersDefaultButton_data()
+{
+    QTest::addColumn<int>("style");
+    QTest::addColumn<int>("answer");
+    QTest::newRow("Frage, Ja vorgewählt") << 36 << 6;
+    QTest::newRow("Frage, Nein vorgewählt") << 292 << 7;
+    QTest::newRow("Hinweis") << 48 << 1;
+    QTest::newRow("Stopp") << 16 << 1;
+}
+
+void tst_GlobalFunctions::messageWithoutHandlerAnswersDefaultButton()
+{
+    QFETCH(int, style);
+    QFETCH(int, answer);
+    MessageHandler previous = SetMessageHandler({});
+    QCOMPARE(ShowMessage(QStringLiteral("?"), style, QStringLiteral("Frage?")), answer);
+    SetMessageHandler(previous);
+}
+
+QTEST_GUILESS_MAIN(tst_GlobalFunctions)
+#include "tst_globalfunctions.moc"

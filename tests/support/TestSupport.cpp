@@ -1,0 +1,61 @@
+#include "support/TestSupport.h"
+
+#include "frame/RegistryFunctions.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QTest>
+
+MessageRecorder::MessageRecorder(int defaultAnswer)
+    : m_defaultAnswer(defaultAnswer)
+{
+    m_previous = SetMessageHandler([this](const MessageRequest &request) {
+        m_requests.append(request);
+        return m_script.isEmpty() ? m_defaultAnswer : m_script.takeFirst();
+    });
+}
+
+MessageRecorder::~MessageRecorder()
+{
+    SetMessageHandler(std::move(m_previous));
+}
+
+TestEnvironment::TestEnvironment(bool withReferenceDb, bool withDefaults)
+    : m_previousFolder(ProgramFolder())
+    , m_previousSettings(SettingsFile())
+{
+    SetProgramFolder(m_dir.path());
+    SetSettingsFile(m_dir.filePath(QStringLiteral("settings/Varnex.ini")));
+    if (withReferenceDb)
+        QFile::copy(BuiltReferenceDb(), m_dir.filePath(QStringLiteral("VarnexPub.db")));
+    if (withDefaults)
+        InitDefaultSettings();
+}
+
+TestEnvironment::~TestEnvironment()
+{
+    SetProgramFolder(m_previousFolder);
+    SetSettingsFile(m_previousSettings);
+}
+
+QString TestEnvironment::settingsFile() const
+{
+    return SettingsFile();
+}
+
+QString TestEnvironment::readLog() const
+{
+    QFile f(m_dir.filePath(QStringLiteral("errorlog.txt")));
+    if (!f.open(QIODevice::ReadOnly))
+        return {};
+    return QString::fromLatin1(f.readAll());
+}
+
+QString BuiltReferenceDb()
+{
+    const QByteArray fromEnv = qgetenv("VARNEX_REFDB");
+    if (!fromEnv.isEmpty())
+        return QString::fromLocal8Bit(fromEnv);
+    return QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("VarnexPub.db"));
+}
