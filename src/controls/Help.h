@@ -2,6 +2,8 @@
 // The help key: F1 anywhere in the program (and every help button, which
 // sends F1) opens the help page that lies beside the program.
 
+#include <QString>
+
 class QObject;
 
 // Opens ProgramFolder()/Varnex.html with the desktop's viewer. Returns false
