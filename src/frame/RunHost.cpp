@@ -20,6 +20,7 @@ void QuietRunHost::SetRunning(bool isRunning)
     progressValue = 0;
     statusText = QStringLiteral("Bereit");
     ++runningChanges;
+    EnableCommands(isRunning);
 }
 
 void QuietRunHost::processEvents()
@@ -41,4 +42,14 @@ void SetRunHost(RunHost *host)
 QString ContactStatusText(int n, int m, const QString &folderName)
 {
     return QStringLiteral("Bearbeite Kontakt %1 von %2 (%3)").arg(n).arg(m).arg(folderName);
+}
+
+void SetRunning(bool running)
+{
+    CurrentRunHost().SetRunning(running);
+}
+
+void EnableCommands(bool running)
+{
+    CurrentRunHost().EnableCommands(running);
 }

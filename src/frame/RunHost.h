@@ -16,6 +16,9 @@ public:
     // Ready or running: disables or enables the commands of the window and
     // resets status line and progress bar.
     virtual void SetRunning(bool running) = 0;
+    // Disables the commands while running (enables them when not); the end
+    // command, the help menu and the duplicate panel are never touched.
+    virtual void EnableCommands(bool running) = 0;
     // lblStatus
     virtual void setStatusText(const QString &text) = 0;
     // ProgressBar1.Max and .Value
@@ -31,12 +34,14 @@ class QuietRunHost : public RunHost
 {
 public:
     void SetRunning(bool running) override;
+    void EnableCommands(bool running) override { commandsEnabled = !running; }
     void setStatusText(const QString &text) override { statusText = text; }
     void setProgressMax(int max) override { progressMax = max; }
     void setProgressValue(int value) override { progressValue = value; }
     void processEvents() override;
 
     bool running = false;
+    bool commandsEnabled = true;
     QString statusText = QStringLiteral("Bereit");
     int progressMax = 0;
     int progressValue = 0;
@@ -50,3 +55,8 @@ void SetRunHost(RunHost *host);
 
 // The status text of the contact runs: "Bearbeite Kontakt n von m (Ordner)".
 QString ContactStatusText(int n, int m, const QString &folderName);
+
+// SetRunning and EnableCommands of the current host, under the names the runs
+// use.
+void SetRunning(bool running);
+void EnableCommands(bool running);

@@ -1,0 +1,47 @@
+// The dispatch table of the main window: one line per command key, grouped by
+// subsystem. Each subsystem adds its own lines (and includes) in its section;
+// a key without a line does nothing when clicked. A dialog command opens its
+// dialog modally with MainWindow() as parent; a run is called directly.
+#include "frame/MainCommands.h"
+
+#include "frame/CommandRegistry.h"
+#include "frame/frmHaupt.h"
+
+// Folders
+
+// Telephone
+
+// Duplicates
+
+// Names
+
+// Replace
+
+// Restore
+
+// Attachments
+
+// Item tools
+
+// Options
+
+void RegisterMainCommands()
+{
+    // Folders: "SharedOpen"
+
+    // Telephone: "Tel", "TelTest"
+
+    // Duplicates: "Dup", "DupDel", "DupView", "DupsClose", "DupsClear"
+
+    // Names: "Nam", "NameCheck"
+
+    // Replace: "Suc"
+
+    // Restore: "Undo"
+
+    // Attachments: "Att", "AttUndo", "AttMove"
+
+    // Item tools: "For", "Hol"
+
+    // Options: "Opt", "QuickOption"
+}
