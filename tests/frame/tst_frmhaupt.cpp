@@ -1,0 +1,341 @@
+// The main window: command bar and menu dispatch by key, the running state,
+// and the three commands on the folder tree.
+#include "controls/Help.h"
+#include "controls/NodeTree.h"
+#include "controls/OutBar.h"
+#include "frame/CommandRegistry.h"
+#include "frame/frmHaupt.h"
+#include "support/TestSupport.h"
+
+#include <QAction>
+#include <QGroupBox>
+#include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+#include <QToolButton>
+
+class tst_frmHaupt : public QObject
+{
+    Q_OBJECT
+private slots:
+    void init();
+    void cleanup();
+    void barButtonsHaveGroupTooltipAndPicture_data();
+    void barButtonsHaveGroupTooltipAndPicture();
+    void barClickDispatchesFirstMouseButtonOnly_data();
+    void barClickDispatchesFirstMouseButtonOnly();
+    void unknownKeyDoesNothing();
+    void menuEntriesDispatchTheirKey_data();
+    void menuEntriesDispatchTheirKey();
+    void menusInOrder();
+    void attachmentUndoAsksFirst_data();
+    void attachmentUndoAsksFirst();
+    void infoShowsVersionAndMaker();
+    void helpKeyOpensHelpPage();
+    void runningDisablesCommandsButNotEndOrHelp();
+    void runStartDropsDuplicateResult();
+    void runEndLeavesDuplicateResult();
+    void helpTextAndCaptions();
+
+private:
+    // Registers a recorder for every command key.
+    void recordCommands();
+
+    QStringList m_ran;
+    TestEnvironment *m_env = nullptr;
+    frmHaupt *m_window = nullptr;
+};
+
+void tst_frmHaupt::init()
+{
+    m_env = new TestEnvironment(false);
+    m_window = new frmHaupt;
+    m_ran.clear();
+    recordCommands();
+}
+
+void tst_frmHaupt::cleanup()
+{
+    delete m_window;
+    m_window = nullptr;
+    delete m_env;
+    m_env = nullptr;
+    ClearCommands();
+    SetHelpOpener(nullptr);
+}
+
+void tst_frmHaupt::recordCommands()
+{
+    for (const QString &key : MainCommandKeys())
+        RegisterCommand(key, [this, key] { m_ran.append(key); });
+}
+
+void tst_frmHaupt::barButtonsHaveGroupTooltipAndPicture_data()
+{
+    QTest::addColumn<QString>("group");
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QString>("toolTip");
+    QTest::newRow("Duplikate") << "AktGrp" << "Dup" << "Duplikate entfernen";
+    QTest::newRow("Suchen") << "AktGrp" << "Suc" << "Suchen und Ersetzen";
+    QTest::newRow("Anlagen") << "AktGrp" << "Att" << "Anlagen in Ordner speichern";
+    QTest::newRow("Schulferien") << "AktGrp" << "Hol" << "Schulferien hinzufügen";
+    QTest::newRow("Nachrichtenklasse") << "AktGrp" << "For" << "Nachrichtenklasse ändern";
+    QTest::newRow("Namen") << "KonGrp" << "Nam" << "Namen korrigieren";
+    QTest::newRow("Telefon") << "KonGrp" << "Tel" << "Telefonnummern vereinheitlichen";
+    QTest::newRow("Optionen") << "ExtGrp" << "Opt" << "Optionen";
+    QTest::newRow("Hilfe") << "ExtGrp" << "Hil" << "Hilfe";
+}
+
+void tst_frmHaupt::barButtonsHaveGroupTooltipAndPicture()
+{
+    QFETCH(QString, group);
+    QFETCH(QString, key);
+    QFETCH(QString, toolTip);
+    OutBar *bar = m_window->OutBar1();
+    QCOMPARE(bar->objectName(), QStringLiteral("OutBar1"));
+    QVERIFY2(bar->itemKeys(group).contains(key), qPrintable(key));
+    QToolButton *button = bar->item(key);
+    QVERIFY(button);
+    QCOMPARE(button->toolTip(), toolTip);
+    QVERIFY(button->text().isEmpty()); // captions are hidden
+    QVERIFY(!button->icon().isNull());
+}
+
+void tst_frmHaupt::barClickDispatchesFirstMouseButtonOnly_data()
+{
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<int>("mouseButton");
+    QTest::addColumn<bool>("runs");
+    QTest::newRow("Linksklick Tel") << "Tel" << int(Qt::LeftButton) << true;
+    QTest::newRow("Linksklick Duplikate") << "Dup" << int(Qt::LeftButton) << true;
+    QTest::newRow("Rechtsklick Tel") << "Tel" << int(Qt::RightButton) << false;
+    QTest::newRow("Mittelklick Optionen") << "Opt" << int(Qt::MiddleButton) << false;
+}
+
+void tst_frmHaupt::barClickDispatchesFirstMouseButtonOnly()
+{
+    QFETCH(QString, key);
+    QFETCH(int, mouseButton);
+    QFETCH(bool, runs);
+    m_window->show();
+    QTest::mouseClick(m_window->OutBar1()->item(key), Qt::MouseButton(mouseButton));
+    QCOMPARE(m_ran, runs ? QStringList{key} : QStringList{});
+}
+
+void tst_frmHaupt::unknownKeyDoesNothing()
+{
+    MessageRecorder boxes;
+    m_window->OutBar1ItemClick(QStringLiteral("AktGrp"), QStringLiteral("Xyz"), 1);
+    m_window->OutBar1ItemClick(QStringLiteral("AktGrp"), QStringLiteral("tel"), 1); // keys are exact
+    QVERIFY(m_ran.isEmpty());
+    QCOMPARE(boxes.count(), 0);
+}
+
+void tst_frmHaupt::menuEntriesDispatchTheirKey_data()
+{
+    QTest::addColumn<QString>("entry");
+    QTest::addColumn<QString>("caption");
+    QTest::addColumn<QString>("key");
+    QTest::newRow("anderer Benutzer") << "mnuSharedOpen" << "&Ordner eines anderen Benutzers öffnen..." << "SharedOpen";
+    QTest::newRow("Duplikate") << "mnuKontaktDupLoeschen" << "&Duplikate entfernen" << "Dup";
+    QTest::newRow("Ersetzen") << "mnuFindReplace" << "&Ersetzen..." << "Suc";
+    QTest::newRow("Nachrichtenklasse") << "mnuFormularWechsel" << "&Nachrichtenklasse ändern..." << "For";
+    QTest::newRow("Schulferien") << "mnuHoliday" << "&Schulferien einfügen..." << "Hol";
+    QTest::newRow("Anlagen speichern") << "mnuAttSave" << "&Anlagen speichern" << "Att";
+    QTest::newRow("Telefon") << "mnuTelNorm" << "&Tel.-Nr. vereinheitlichen" << "Tel";
+    QTest::newRow("Namen") << "mnuNameCorrection" << "&Namen korrigieren" << "Nam";
+    QTest::newRow("Wiederherstellen") << "mnuUndo" << "&Daten wiederherstellen..." << "Undo";
+    QTest::newRow("Anlagen verschieben") << "mnuAttMove" << "Anlagen &verschieben..." << "AttMove";
+    QTest::newRow("Namen testen") << "mnuNameCheck" << "&Namen testen..." << "NameCheck";
+    QTest::newRow("Telefon testen") << "mnuTelTest" << "&Telefonnummer testen..." << "TelTest";
+    QTest::newRow("Assistent") << "mnuQuickOption" << "Optionen-&Assistent" << "QuickOption";
+    QTest::newRow("Optionen") << "mnuOptionen" << "&Optionen" << "Opt";
+}
+
+void tst_frmHaupt::menuEntriesDispatchTheirKey()
+{
+    QFETCH(QString, entry);
+    QFETCH(QString, caption);
+    QFETCH(QString, key);
+    QAction *action = m_window->menuEntry(entry);
+    QVERIFY2(action, qPrintable(entry));
+    QCOMPARE(action->text(), caption);
+    action->trigger();
+    QCOMPARE(m_ran, QStringList{key});
+}
+
+void tst_frmHaupt::menusInOrder()
+{
+    auto names = [](const QList<QAction *> &actions) {
+        QStringList list;
+        for (const QAction *a : actions)
+            list.append(a->objectName() + QLatin1Char('=') + a->text());
+        return list;
+    };
+    QMenuBar *bar = m_window->menuBar();
+    QCOMPARE(names(bar->actions()), (QStringList{"mnuDatei=&Datei", "mnuAktion=&Aktion", "mnuExtras=&Extras",
+                                                 "mnuHilfeRoot=&?"}));
+    QCOMPARE(names(m_window->findChild<QMenu *>("mnuDatei")->actions()),
+             (QStringList{"mnuSharedOpen=&Ordner eines anderen Benutzers öffnen...", "mnuSep5=",
+                          "mnuBeenden=&Beenden"}));
+    const QStringList aktion = names(m_window->findChild<QMenu *>("mnuAktion")->actions());
+    QCOMPARE(aktion.size(), 10);
+    QCOMPARE(aktion.at(7), QStringLiteral("Sep5="));
+    QCOMPARE(aktion.at(9), QStringLiteral("mnuAnlagen=An&lagen"));
+    QCOMPARE(names(m_window->findChild<QMenu *>("mnuAnlagen")->actions()),
+             (QStringList{"mnuAttUndo=&Anlagen wiederherstellen...", "mnuAttMove=Anlagen &verschieben..."}));
+    QCOMPARE(names(m_window->findChild<QMenu *>("mnuHilfeRoot")->actions()),
+             (QStringList{"mnuHilfe=&Hilfe", "mnuSep3=", "mnuInfo=&Info"}));
+}
+
+void tst_frmHaupt::attachmentUndoAsksFirst_data()
+{
+    QTest::addColumn<int>("answer");
+    QTest::addColumn<bool>("runs");
+    QTest::newRow("Ja") << int(AnswerYes) << true;
+    QTest::newRow("Nein") << int(AnswerNo) << false;
+    QTest::newRow("geschlossen") << 0 << false;
+}
+
+void tst_frmHaupt::attachmentUndoAsksFirst()
+{
+    QFETCH(int, answer);
+    QFETCH(bool, runs);
+    MessageRecorder boxes(answer);
+    m_window->menuEntry(QStringLiteral("mnuAttUndo"))->trigger();
+    QCOMPARE(boxes.count(), 1);
+    QCOMPARE(boxes.last().prompt, QStringLiteral("Möchten Sie die verknüpften Anlagen wieder (zurück)importieren?"));
+    QCOMPARE(boxes.last().buttons, 36);
+    QCOMPARE(boxes.last().title, QStringLiteral("Frage?"));
+    QCOMPARE(m_ran, runs ? QStringList{"AttUndo"} : QStringList{});
+}
+
+void tst_frmHaupt::infoShowsVersionAndMaker()
+{
+    MessageRecorder boxes;
+    m_window->menuEntry(QStringLiteral("mnuInfo"))->trigger();
+    QCOMPARE(boxes.count(), 1);
+    const QStringList lines = boxes.last().prompt.split(QStringLiteral("\r\n"));
+    QCOMPARE(lines.size(), 2);
+    QCOMPARE(lines.at(0), QStringLiteral("Version 3.2.2"));
+    QVERIFY(lines.at(1).contains(QStringLiteral("Nordquell")));
+    QCOMPARE(boxes.last().buttons, 64);
+    QCOMPARE(boxes.last().title, QStringLiteral("Info!"));
+}
+
+namespace {
+QStringList s_helpOpened;
+bool recordHelp(const QString &path)
+{
+    s_helpOpened.append(path);
+    return true;
+}
+} // namespace
+
+void tst_frmHaupt::helpKeyOpensHelpPage()
+{
+    QFile page(m_env->folder() + QStringLiteral("/Varnex.html"));
+    QVERIFY(page.open(QIODevice::WriteOnly));
+    page.close();
+    s_helpOpened.clear();
+    SetHelpOpener(recordHelp);
+    m_window->show();
+    QTest::mouseClick(m_window->OutBar1()->item(QStringLiteral("Hil")), Qt::LeftButton);
+    m_window->menuEntry(QStringLiteral("mnuHilfe"))->trigger();
+    QTest::keyClick(m_window, Qt::Key_F1);
+    QCOMPARE(s_helpOpened.size(), 3);
+    QVERIFY(s_helpOpened.first().endsWith(QStringLiteral("/Varnex.html")));
+    QVERIFY(m_ran.isEmpty());
+}
+
+void tst_frmHaupt::runningDisablesCommandsButNotEndOrHelp()
+{
+    m_window->show();
+    m_window->SetRunning(true);
+    QVERIFY(!m_window->OutBar1()->isEnabled());
+    QVERIFY(!m_window->TvwOrdner()->isEnabled());
+    QVERIFY(!m_window->cmdAlleRueck()->isEnabled());
+    QVERIFY(!m_window->cmdZweigMark()->isEnabled());
+    QVERIFY(!m_window->cmdAktualisieren()->isEnabled());
+    QVERIFY(!m_window->menuEntry(QStringLiteral("mnuAktion"))->isEnabled());
+    QVERIFY(!m_window->menuEntry(QStringLiteral("mnuExtras"))->isEnabled());
+    QVERIFY(!m_window->menuEntry(QStringLiteral("mnuSharedOpen"))->isEnabled());
+    QVERIFY(m_window->menuEntry(QStringLiteral("mnuBeenden"))->isEnabled());
+    QVERIFY(m_window->menuEntry(QStringLiteral("mnuHilfeRoot"))->isEnabled());
+    QVERIFY(m_window->menuEntry(QStringLiteral("mnuDatei"))->isEnabled());
+    // A disabled bar dispatches nothing.
+    QTest::mouseClick(m_window->OutBar1()->item(QStringLiteral("Tel")), Qt::LeftButton);
+    QVERIFY(!m_ran.contains(QStringLiteral("Tel")));
+
+    m_window->setStatusText(QStringLiteral("Bearbeite Kontakt 3 von 9 (Kontakte)"));
+    m_window->setProgressMax(9);
+    m_window->setProgressValue(3);
+    QCOMPARE(m_window->ProgressBar1()->value(), 3);
+    m_window->SetRunning(false);
+    QVERIFY(m_window->OutBar1()->isEnabled());
+    QVERIFY(m_window->TvwOrdner()->isEnabled());
+    QVERIFY(m_window->menuEntry(QStringLiteral("mnuSharedOpen"))->isEnabled());
+    QCOMPARE(m_window->lblStatus()->text(), QStringLiteral("Bereit"));
+    QCOMPARE(m_window->ProgressBar1()->value(), 0);
+}
+
+void tst_frmHaupt::runStartDropsDuplicateResult()
+{
+    m_window->show();
+    m_window->frmDups()->setVisible(true);
+    QVERIFY(m_window->tvwDups()->addNode(QString(), QStringLiteral("K1"), QStringLiteral("Meier"),
+                                         QStringLiteral("Contact")));
+    m_window->cmdDupDel()->setEnabled(false);
+    m_window->cmdDupView()->setEnabled(false);
+    m_window->SetRunning(true);
+    QVERIFY(!m_window->frmDups()->isVisible());
+    QCOMPARE(m_window->tvwDups()->nodeCount(), 0);
+    QVERIFY(m_window->cmdDupDel()->isEnabled());
+    QVERIFY(m_window->cmdDupView()->isEnabled());
+    QCOMPARE(m_ran, QStringList{"DupsClear"});
+}
+
+void tst_frmHaupt::runEndLeavesDuplicateResult()
+{
+    m_window->show();
+    m_window->SetRunning(true);
+    m_window->frmDups()->setVisible(true);
+    QVERIFY(m_window->tvwDups()->addNode(QString(), QStringLiteral("K1"), QStringLiteral("Meier"),
+                                         QStringLiteral("Contact")));
+    m_window->SetRunning(false);
+    QVERIFY(m_window->frmDups()->isVisible());
+    QCOMPARE(m_window->tvwDups()->nodeCount(), 1);
+    // The panel's buttons stay usable while a run is active.
+    m_window->SetRunning(true);
+    m_window->frmDups()->setVisible(true);
+    QVERIFY(m_window->cmdDupsClose()->isEnabled());
+    QTest::mouseClick(m_window->cmdDupsClose(), Qt::LeftButton);
+    QVERIFY(m_ran.contains(QStringLiteral("DupsClose")));
+}
+
+void tst_frmHaupt::helpTextAndCaptions()
+{
+    m_window->load();
+    QCOMPARE(m_window->windowTitle(), QStringLiteral("Varnex"));
+    const QStringList paragraphs = m_window->lblHilfe()->text().split(QStringLiteral("\n\n"));
+    QCOMPARE(paragraphs.size(), 5);
+    QCOMPARE(paragraphs.first(), QStringLiteral("Aktivieren Sie zuerst die gewünschten Ordner, indem Sie ein "
+                                                "Häkchen in das entsprechende Kästchen setzen."));
+    QCOMPARE(paragraphs.last(), QStringLiteral("Weitere Informationen finden Sie auch in der Hilfe."));
+    QCOMPARE(m_window->cmdAlleRueck()->text(), QStringLiteral("Alle deaktivieren"));
+    QCOMPARE(m_window->cmdZweigMark()->text(), QStringLiteral("Zweig aktivieren"));
+    QCOMPARE(m_window->cmdAktualisieren()->text(), QStringLiteral("Ordnerstruktur neu einlesen"));
+    QCOMPARE(m_window->frmDups()->title(), QStringLiteral("Gefundene Duplikate"));
+    QCOMPARE(m_window->cmdDupDel()->text(), QStringLiteral("Elemente entfernen"));
+    QCOMPARE(m_window->cmdDupView()->text(), QStringLiteral("Element anzeigen"));
+    QCOMPARE(m_window->frmSharedFolder()->title(), QStringLiteral("Ordner eines anderen Benutzers"));
+    QVERIFY(!m_window->frmSharedFolder()->isVisible());
+    QCOMPARE(m_window->Timer1()->isActive(), false);
+}
+
+QTEST_MAIN(tst_frmHaupt)
+#include "tst_frmhaupt.moc"
