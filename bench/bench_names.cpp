@@ -1,0 +1,106 @@
+// Names per second of AnalyzeFullName over 100,000 realistic full names with
+// the shipped tables (VarnexPub.db beside the executable). Target: at least
+// 50,000 names per second.
+#include "frame/GlobalFunctions.h"
+#include "names/NameCorrectionFunctions.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QFileInfo>
+#include <QRandomGenerator>
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <algorithm>
+#include <cstdio>
+
+namespace {
+
+const char *const kLastNames[] = {
+    "Müller", "Schmidt", "Schneider", "Fischer", "Meyer", "Weber", "Schulz", "Becker", "Hoffmann", "Koch",
+    "Richter", "Klein", "Schröder", "Neumann", "Schwarz", "Braun", "Zimmermann", "Krüger", "Hofmann",
+    "Lange", "Krause", "Lehmann", "Köhler", "König", "Mayer", "Kaiser", "Fuchs", "Peters", "Scholz",
+    "Möller", "Weiß", "Jung", "Hahn", "Vogel", "Keller", "Berger", "Winkler", "Roth", "Beck", "Baumann",
+    "Schuster", "Böhm", "Winter", "Kraus", "Schumacher", "Krämer", "Vogt", "Jäger", "Groß", "Sommer",
+    "Seidel", "Brandt", "Haas", "Schreiber", "Graf", "Ziegler", "Kuhn", "Pohl", "Horn", "Busch",
+    "Bergmann", "Voigt", "Sauer", "Pfeiffer", "Gruber", "Huber", "Bauer", "Wallner", "Moser", "Steiner",
+    "Hofer", "Leitner", "Egger", "Brunner", "Lang", "Gerber", "Meier", "Schmid", "Frei", "Baumgartner",
+    "Müller-Lüdenscheidt", "von Bülow", "O'Neil", "Nguyen", "Yılmaz", "Kowalski", "Rossi", "Dubois",
+};
+
+const char *const kFormats[] = {
+    "%F %L", "%F %L", "%F %L", "%F %L", "%F %L", "%L, %F", "Herr %F %L", "Frau Dr. %F %L",
+    "%F %F %L", "%F-%F %L", "Prof. Dr. med. %F %L jun.", "Dipl.-Ing. %F %L", "%F und %F %L",
+    "%L GmbH & Co. KG", "%L & Söhne", "Autohaus %L", "Dr. %F %L", "%F %L (geb. %L)", "%L", "Mag. %F %L",
+};
+
+QStringList firstNames()
+{
+    QStringList names;
+    QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("bench"));
+    db.setDatabaseName(ProgramFile(QStringLiteral("VarnexPub.db")));
+    if (db.open()) {
+        QSqlQuery q(QStringLiteral("SELECT FirstName FROM T_FirstNames"), db);
+        while (q.next())
+            names.append(q.value(0).toString());
+    }
+    return names;
+}
+
+QStringList realisticNames(int count)
+{
+    const QStringList first = firstNames();
+    QRandomGenerator rng(20240601);
+    QStringList names;
+    names.reserve(count);
+    for (int i = 0; i < count; ++i) {
+        QString format = QString::fromUtf8(kFormats[rng.bounded(int(std::size(kFormats)))]);
+        QString name;
+        for (qsizetype k = 0; k < format.size(); ++k) {
+            if (format.at(k) == u'%' && k + 1 < format.size()) {
+                const QChar code = format.at(++k);
+                name += code == u'F' ? first.at(rng.bounded(int(first.size())))
+                                     : QString::fromUtf8(kLastNames[rng.bounded(int(std::size(kLastNames)))]);
+            } else {
+                name += format.at(k);
+            }
+        }
+        names.append(name);
+    }
+    return names;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QCoreApplication app(argc, argv);
+    const QStringList names = realisticNames(100000);
+    if (names.isEmpty() || !QFileInfo::exists(ProgramFile(QStringLiteral("VarnexPub.db")))) {
+        std::fprintf(stderr, "bench_names: no reference database beside the program\n");
+        return 1;
+    }
+    QString t, f, m, l, s;
+    bool business = false;
+    QElapsedTimer load;
+    load.start();
+    AnalyzeFullName(QStringLiteral("Hans Müller"), t, f, m, l, s, business, true);
+    std::printf("first call (reads the tables): %.1f ms\n", load.nsecsElapsed() / 1e6);
+
+    QList<double> rates;
+    int companies = 0;
+    for (int run = 0; run < 5; ++run) {
+        companies = 0;
+        QElapsedTimer timer;
+        timer.start();
+        for (const QString &name : names) {
+            AnalyzeFullName(name, t, f, m, l, s, business, true);
+            companies += business ? 1 : 0;
+        }
+        rates.append(names.size() / (timer.nsecsElapsed() / 1e9));
+    }
+    std::sort(rates.begin(), rates.end());
+    std::printf("names: %lld, companies found: %d\n", qint64(names.size()), companies);
+    std::printf("names per second: median %.0f (min %.0f, max %.0f); target 50000: ratio %.2f\n",
+                rates.at(2), rates.first(), rates.last(), rates.at(2) / 50000.0);
+    return 0;
+}
