@@ -1,0 +1,52 @@
+#pragma once
+// The rules behind the options dialogs that need no widget: the country quick
+// selection, the priority sliders, the check on OK and the layout editing.
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+#include <array>
+#include <optional>
+
+// Own country code, international and national prefix of a country of the
+// quick selection.
+struct CountryPreset {
+    QString countryCode;
+    QString iddp;
+    QString nddp;
+};
+
+// The entries of the quick selection in the order they are filled in.
+const QStringList &CountrySelectEntries();
+// The preset of an entry; nothing for any other text.
+std::optional<CountryPreset> CountryPresetFor(const QString &entry);
+
+// The three priority sliders always hold a permutation of 0, 1 and 2. After
+// slider `changed` took a new value, the slider that stood on that value
+// moves to the value that has become free.
+void RepairPriorities(std::array<int, 3> &sliders, int changed);
+
+// Reads Priority.0 to Priority.2 into slider values: Priority.v holds the
+// index of the slider that stands at value v. Nothing when a stored value
+// is no slider index.
+std::optional<std::array<int, 3>> LoadPrioritySliders();
+// The reverse: writes Priority.<value of slider i> = i.
+void SavePrioritySliders(const std::array<int, 3> &sliders);
+
+// The six item types of the duplicate pages, in tab order.
+const QStringList &DuplicateTypeCaptions();
+// The messages of the check on OK: one per item type with no compared field.
+QStringList DuplicateFieldCheckMessages(const std::array<int, 6> &checkedPerType);
+
+// Editing a layout field with the insert buttons and the one step back.
+class LayoutEditor
+{
+public:
+    // Appends the element and a blank; remembers the text before.
+    [[nodiscard]] QString insert(const QString &current, const QString &element);
+    // The text before the last insertion (once; then the text stays).
+    [[nodiscard]] QString stepBack(const QString &current) const;
+
+private:
+    std::optional<QString> m_previous;
+};
