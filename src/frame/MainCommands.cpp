@@ -24,6 +24,8 @@
 // Item tools
 
 // Options
+#include "options/frmOptions.h"
+#include "options/frmQuickOptions.h"
 
 void RegisterMainCommands()
 {
@@ -44,4 +46,12 @@ void RegisterMainCommands()
     // Item tools: "For", "Hol"
 
     // Options: "Opt", "QuickOption"
+    RegisterCommand(QStringLiteral("Opt"), [] {
+        frmOptions dialog(MainWindow());
+        dialog.exec();
+    });
+    RegisterCommand(QStringLiteral("QuickOption"), [] {
+        frmQuickOptions dialog(MainWindow());
+        dialog.exec();
+    });
 }
