@@ -14,6 +14,7 @@
 // Duplicates
 
 // Names
+#include "names/frmNameCheck.h"
 
 // Replace
 
@@ -36,6 +37,10 @@ void RegisterMainCommands()
     // Duplicates: "Dup", "DupDel", "DupView", "DupsClose", "DupsClear"
 
     // Names: "Nam", "NameCheck"
+    RegisterCommand(QStringLiteral("NameCheck"), [] {
+        frmNameCheck dialog(MainWindow());
+        dialog.exec();
+    });
 
     // Replace: "Suc"
 

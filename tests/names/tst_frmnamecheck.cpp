@@ -1,6 +1,11 @@
 // The name test dialog, driven through its widgets with the shipped tables.
+#include "frame/CommandRegistry.h"
+#include "frame/MainCommands.h"
 #include "names/frmNameCheck.h"
 #include "support/TestSupport.h"
+
+#include <QApplication>
+#include <QTimer>
 
 #include <QCheckBox>
 #include <QFile>
@@ -39,6 +44,7 @@ private slots:
     void typing();
     void businessBoxAloneRefreshes();
     void missingDatabaseReportsEveryChange();
+    void menuCommandOpensTheDialog();
 };
 
 void tst_frmNameCheck::opensEmpty()
@@ -123,6 +129,21 @@ void tst_frmNameCheck::missingDatabaseReportsEveryChange()
     QCOMPARE(boxes.last().title, QStringLiteral("Fehler!"));
     QCOMPARE(shownParts(dialog), QStringList(6));
     QVERIFY(env.readLog().contains("Sub: 2502"));
+}
+
+void tst_frmNameCheck::menuCommandOpensTheDialog()
+{
+    TestEnvironment env;
+    RegisterMainCommands();
+    QString opened;
+    QTimer::singleShot(0, this, [&opened] {
+        if (QWidget *modal = QApplication::activeModalWidget()) {
+            opened = modal->objectName();
+            modal->close();
+        }
+    });
+    QVERIFY(RunCommand(QStringLiteral("NameCheck")));
+    QCOMPARE(opened, QStringLiteral("frmNameCheck"));
 }
 
 QTEST_MAIN(tst_frmNameCheck)
