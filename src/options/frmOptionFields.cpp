@@ -1,11 +1,9 @@
 #include "options/frmOptionFields.h"
 
+#include "controls/sevText.h"
+
 #include <QEvent>
-#include <QFileDialog>
-#include <QHBoxLayout>
-#include <QIntValidator>
 #include <QLineEdit>
-#include <QToolButton>
 
 namespace {
 
@@ -31,38 +29,40 @@ private:
 
 QWidget *CreateListField(const QString &name, const QString &listFile, const QString &listTitle, QWidget *parent)
 {
-    auto *field = new QLineEdit(parent);
+    auto *field = new sevText(parent);
     field->setObjectName(name);
-    field->setProperty("floskelfile", listFile);
-    field->setProperty("floskeltitle", listTitle);
+    field->setList(listFile, listTitle, true);
     return field;
 }
 
 QWidget *CreateNumberField(const QString &name, int maximum, QWidget *parent)
 {
-    auto *field = new QLineEdit(parent);
+    auto *field = new sevText(parent);
     field->setObjectName(name);
-    field->setValidator(new QIntValidator(0, maximum, field));
-    field->setMaxLength(QString::number(maximum).size());
+    field->setNumberMode(maximum);
     field->setMaximumWidth(90);
     return field;
 }
 
 QWidget *CreateFolderField(const QString &name, QWidget *parent)
 {
-    auto *field = new QLineEdit(parent);
+    auto *field = new sevText(parent);
     field->setObjectName(name);
-    field->setReadOnly(true);
+    field->setFolderMode();
     return field;
 }
 
 void OnTextChanged(QWidget *field, QObject *context, std::function<void()> handler)
 {
-    if (auto *edit = qobject_cast<QLineEdit *>(field))
+    if (auto *text = qobject_cast<sevText *>(field))
+        QObject::connect(text, &sevText::textChanged, context, [handler] { handler(); });
+    else if (auto *edit = qobject_cast<QLineEdit *>(field))
         QObject::connect(edit, &QLineEdit::textChanged, context, [handler] { handler(); });
 }
 
 void OnFocusIn(QWidget *field, QObject *context, std::function<void()> handler)
 {
-    field->installEventFilter(new FocusWatcher(context, std::move(handler)));
+    // A composite field takes the focus in its editor.
+    QWidget *target = field->focusProxy() ? field->focusProxy() : field;
+    target->installEventFilter(new FocusWatcher(context, std::move(handler)));
 }
