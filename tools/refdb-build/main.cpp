@@ -6,7 +6,9 @@
 // field). The first row names the columns; a column may carry a SQLite type
 // after a colon ("Gender:TEXT", "StateId:INTEGER"), TEXT otherwise. A field
 // that is exactly \N is NULL, an empty field is the empty text. Rows keep the
-// order of the file. Lines starting with # are comments.
+// order of the file. Lines starting with # are comments; a comment line
+// starting with #! holds one SQL statement that runs once the rows are in
+// (an index, a constraint that spans columns).
 //
 // The database is written to a temporary file and renamed into place, so a
 // failed run never leaves a half-built database behind.
@@ -103,10 +105,13 @@ bool buildTable(QSqlDatabase &db, const QFileInfo &file, QString &error)
         return false;
     }
     QString text = QString::fromUtf8(f.readAll());
-    // Drop comment lines before parsing.
+    // Drop comment lines before parsing; keep the statements of #! lines.
     QStringList kept;
+    QStringList statements;
     for (const QString &line : text.split(u'\n')) {
-        if (!line.startsWith(u'#'))
+        if (line.startsWith(QStringLiteral("#!")))
+            statements.append(line.mid(2).trimmed());
+        else if (!line.startsWith(u'#'))
             kept.append(line);
     }
     text = kept.join(u'\n');
@@ -158,6 +163,12 @@ bool buildTable(QSqlDatabase &db, const QFileInfo &file, QString &error)
         }
         if (!q.exec()) {
             error = QStringLiteral("row %1: %2").arg(line).arg(q.lastError().text());
+            return false;
+        }
+    }
+    for (const QString &statement : statements) {
+        if (!q.exec(statement)) {
+            error = QStringLiteral("%1: %2").arg(statement, q.lastError().text());
             return false;
         }
     }
