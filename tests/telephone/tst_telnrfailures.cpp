@@ -1,0 +1,233 @@
+// The normaliser's failures (error 801, once per number, empty result) and
+// its caches: a change of settings or tables applies from the next call on.
+#include "telephone/TelNrStandard.h"
+
+#include "frame/RegistryFunctions.h"
+#include "support/TelSampleDb.h"
+#include "support/TestSupport.h"
+
+#include <QDir>
+#include <QFile>
+#include <QLocale>
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QTest>
+
+class tst_TelNrFailures : public QObject
+{
+    Q_OBJECT
+private slots:
+    void initTestCase();
+    void missingDatabaseReportsEachNumber();
+    void failures_data();
+    void failures();
+    void nullCountryRowFailsOnlyWhenReached_data();
+    void nullCountryRowFailsOnlyWhenReached();
+    void savedSettingAppliesAtNextCall();
+    void rewrittenDatabaseIsSeen();
+    void databaseChangedInPlaceIsSeen();
+    void removedDatabaseFailsAtNextCall();
+    void otherProgramFolderIsSeen();
+};
+
+namespace {
+
+QString dbPath(const TestEnvironment &env)
+{
+    return QDir(env.folder()).filePath(QStringLiteral("VarnexPub.db"));
+}
+
+QString normalised(const QString &number)
+{
+    bool changed = false;
+    return StandardTelNr(number, changed);
+}
+
+void execOnDatabase(const QString &path, const QString &statement)
+{
+    const QString name = QStringLiteral("tst_TelNrFailures");
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), name);
+        db.setDatabaseName(path);
+        QVERIFY(db.open());
+        QSqlQuery q(db);
+        QVERIFY(q.exec(statement));
+        db.close();
+    }
+    QSqlDatabase::removeDatabase(name);
+}
+
+} // namespace
+
+void tst_TelNrFailures::initTestCase()
+{
+    QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
+}
+
+void tst_TelNrFailures::missingDatabaseReportsEachNumber()
+{
+    TestEnvironment env(false, false);
+    CopyDefaultSettings(env);
+    MessageRecorder boxes;
+    const QStringList numbers{QStringLiteral("030 1234"), QStringLiteral("keine Nummer"), QStringLiteral("+41 44 1234")};
+    for (const QString &number : numbers) {
+        bool changed = true;
+        QCOMPARE(StandardTelNr(number, changed), QString());
+        QVERIFY(!changed);
+    }
+    // Blank input needs no table and reports nothing.
+    bool changed = true;
+    QCOMPARE(StandardTelNr(QStringLiteral("  "), changed), QString());
+    QVERIFY(!changed);
+
+    QCOMPARE(boxes.count(), numbers.size());
+    for (int i = 0; i < numbers.size(); ++i) {
+        const MessageRequest &box = boxes.requests().at(i);
+        QCOMPARE(box.buttons, int(MsgStop));
+        QCOMPARE(box.title, QStringLiteral("Fehler!"));
+        QVERIFY2(box.prompt.contains(QStringLiteral("Nr.: 801 / 53, Datei nicht gefunden: ")), qPrintable(box.prompt));
+        QVERIFY2(box.prompt.endsWith(QStringLiteral("(Telephone number.: ") + numbers.at(i) + u')'), qPrintable(box.prompt));
+    }
+    QCOMPARE(env.readLog().count(QStringLiteral("Sub: 801")), numbers.size());
+    // The error did not create a database on the way.
+    QVERIFY(!QFile::exists(dbPath(env)));
+}
+
+void tst_TelNrFailures::failures_data()
+{
+    QTest::addColumn<QString>("setting");
+    QTest::addColumn<QString>("value");
+    QTest::addColumn<QString>("number");
+    QTest::addColumn<QString>("fault");
+    QTest::newRow("Plus ist kein Wahrheitswert")
+        << QStringLiteral("Plus") << QStringLiteral("ja") << QStringLiteral("030 1234") << QStringLiteral("13, Typen unverträglich");
+    QTest::newRow("Plus leer")
+        << QStringLiteral("Plus") << QString() << QStringLiteral("keine Nummer") << QStringLiteral("13, Typen unverträglich");
+    QTest::newRow("SchweizKonv ist kein Wahrheitswert")
+        << QStringLiteral("SchweizKonv") << QStringLiteral("vielleicht") << QStringLiteral("030 1234") << QStringLiteral("13, Typen unverträglich");
+    QTest::newRow("Blockbreite über 16 Bit")
+        << QStringLiteral("BlockS2") << QStringLiteral("40000") << QStringLiteral("030 1234567") << QStringLiteral("6, Überlauf");
+}
+
+void tst_TelNrFailures::failures()
+{
+    QFETCH(QString, setting);
+    QFETCH(QString, value);
+    QFETCH(QString, number);
+    QFETCH(QString, fault);
+    TestEnvironment env(false, false);
+    CopyDefaultSettings(env);
+    QVERIFY(WriteSampleTelDb(env.folder()));
+    SaveSetting(QStringLiteral("UseNumberBlocksAreaPres"), QStringLiteral("1"));
+    SaveSetting(QStringLiteral("BlockS1"), QStringLiteral("3"));
+    SaveSetting(setting, value);
+    MessageRecorder boxes;
+    bool changed = true;
+    QCOMPARE(StandardTelNr(number, changed), QString());
+    QVERIFY(!changed);
+    QCOMPARE(boxes.count(), 1);
+    QVERIFY2(boxes.last().prompt.contains(QStringLiteral("Nr.: 801 / ") + fault), qPrintable(boxes.last().prompt));
+}
+
+void tst_TelNrFailures::nullCountryRowFailsOnlyWhenReached_data()
+{
+    QTest::addColumn<QString>("number");
+    QTest::addColumn<QString>("expected");
+    QTest::addColumn<int>("boxCount");
+    QTest::newRow("Land vor der NULL-Zeile") << QStringLiteral("+49 30 1234") << QStringLiteral("+49 (30) 1234") << 0;
+    QTest::newRow("Land hinter der NULL-Zeile") << QStringLiteral("+41 44 1234") << QString() << 1;
+    QTest::newRow("ohne Land läuft die Suche durch") << QStringLiteral("030 1234") << QString() << 1;
+}
+
+// The country scan fails on a NULL CountryCode only when it reaches that row.
+void tst_TelNrFailures::nullCountryRowFailsOnlyWhenReached()
+{
+    QFETCH(QString, number);
+    QFETCH(QString, expected);
+    QFETCH(int, boxCount);
+    TestEnvironment env(false, false);
+    CopyDefaultSettings(env);
+    const QList<CountryCodeRow> countries{{QStringLiteral("49"), QStringLiteral("0")},
+                                          {std::nullopt, QStringLiteral("0")},
+                                          {QStringLiteral("41"), QStringLiteral("0")}};
+    QVERIFY(WriteTelDb(dbPath(env), countries, SampleAreaRows()));
+    MessageRecorder boxes;
+    QCOMPARE(normalised(number), expected);
+    QCOMPARE(boxes.count(), boxCount);
+    if (boxCount > 0)
+        QVERIFY2(boxes.last().prompt.contains(QStringLiteral("801 / 94, Unzulässige Verwendung von Null")),
+                 qPrintable(boxes.last().prompt));
+}
+
+void tst_TelNrFailures::savedSettingAppliesAtNextCall()
+{
+    TestEnvironment env(false, false);
+    CopyDefaultSettings(env);
+    QVERIFY(WriteSampleTelDb(env.folder()));
+    QCOMPARE(normalised(QStringLiteral("030 1234")), QStringLiteral("+49 (30) 1234"));
+    SaveSetting(QStringLiteral("IDDPOut"), QStringLiteral("00"));
+    QCOMPARE(normalised(QStringLiteral("030 1234")), QStringLiteral("0049 (30) 1234"));
+    SaveSetting(QStringLiteral("Plus"), QStringLiteral("1"));
+    QCOMPARE(normalised(QStringLiteral("4930 1234")), QStringLiteral("0049 (30) 1234"));
+    SaveSetting(QStringLiteral("BlockS1"), QStringLiteral("2"));
+    QCOMPARE(FormatNumberBlocks(QStringLiteral("1234"), QStringLiteral("BlockS")), QStringLiteral("12 34"));
+}
+
+void tst_TelNrFailures::rewrittenDatabaseIsSeen()
+{
+    TestEnvironment env(false, false);
+    CopyDefaultSettings(env);
+    QVERIFY(WriteSampleTelDb(env.folder()));
+    QCOMPARE(normalised(QStringLiteral("040 1234")), QStringLiteral("040 1234"));
+    QList<AreaCodeRow> areas = SampleAreaRows();
+    areas.append({QStringLiteral("49"), QStringLiteral("40")});
+    QVERIFY(WriteTelDb(dbPath(env), SampleCountryRows(), areas));
+    QCOMPARE(normalised(QStringLiteral("040 1234")), QStringLiteral("+49 (40) 1234"));
+}
+
+void tst_TelNrFailures::databaseChangedInPlaceIsSeen()
+{
+    TestEnvironment env(false, false);
+    CopyDefaultSettings(env);
+    QVERIFY(WriteSampleTelDb(env.folder()));
+    QCOMPARE(normalised(QStringLiteral("030 1234")), QStringLiteral("+49 (30) 1234"));
+    // Another connection deletes a row: same file, same size.
+    execOnDatabase(dbPath(env), QStringLiteral("DELETE FROM T_CountryAndAreaCodes WHERE AreaCode = '30'"));
+    QCOMPARE(normalised(QStringLiteral("030 1234")), QStringLiteral("030 1234"));
+    execOnDatabase(dbPath(env), QStringLiteral("INSERT INTO T_CountryAndAreaCodes VALUES ('49', '3')"));
+    QCOMPARE(normalised(QStringLiteral("030 1234")), QStringLiteral("+49 (3) 01234"));
+}
+
+void tst_TelNrFailures::removedDatabaseFailsAtNextCall()
+{
+    TestEnvironment env(false, false);
+    CopyDefaultSettings(env);
+    QVERIFY(WriteSampleTelDb(env.folder()));
+    MessageRecorder boxes;
+    QCOMPARE(normalised(QStringLiteral("030 1234")), QStringLiteral("+49 (30) 1234"));
+    QVERIFY(QFile::remove(dbPath(env)));
+    QCOMPARE(normalised(QStringLiteral("030 1234")), QString());
+    QCOMPARE(boxes.count(), 1);
+    QVERIFY(WriteSampleTelDb(env.folder()));
+    QCOMPARE(normalised(QStringLiteral("030 1234")), QStringLiteral("+49 (30) 1234"));
+    QCOMPARE(boxes.count(), 1);
+}
+
+void tst_TelNrFailures::otherProgramFolderIsSeen()
+{
+    TestEnvironment env(false, false);
+    CopyDefaultSettings(env);
+    QVERIFY(WriteSampleTelDb(env.folder()));
+    QCOMPARE(normalised(QStringLiteral("040 1234")), QStringLiteral("040 1234"));
+    QTemporaryDir other;
+    QList<AreaCodeRow> areas = SampleAreaRows();
+    areas.append({QStringLiteral("49"), QStringLiteral("40")});
+    QVERIFY(WriteTelDb(other.filePath(QStringLiteral("VarnexPub.db")), SampleCountryRows(), areas));
+    SetProgramFolder(other.path());
+    QCOMPARE(normalised(QStringLiteral("040 1234")), QStringLiteral("+49 (40) 1234"));
+    SetProgramFolder(env.folder());
+    QCOMPARE(normalised(QStringLiteral("040 1234")), QStringLiteral("040 1234"));
+}
+
+QTEST_GUILESS_MAIN(tst_TelNrFailures)
+#include "tst_telnrfailures.moc"
