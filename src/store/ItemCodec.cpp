@@ -1,0 +1,222 @@
+// The blob of an item row: a version byte, then the properties as
+// (property number, value) pairs, the numbers taken from the store's own
+// dictionary of names (so that a later version with more properties reads
+// the same file), then the user properties with their names. Values carry a
+// tag byte; text is stored as UTF-16 so that decoding is a copy.
+#include "store/ItemData_p.h"
+
+#include "store/ItemSchema.h"
+#include "store/StoreError.h"
+#include "store/StoreFile_p.h"
+
+#include <cstring>
+
+namespace {
+
+enum Tag : quint8 { TagNull = 0, TagText = 1, TagDate = 2, TagBool = 3, TagInt = 4, TagDouble = 5, TagBytes = 6 };
+
+constexpr quint8 s_version = 1;
+constexpr qint64 s_msPerDay = 86400000;
+
+void putVarint(QByteArray &out, quint64 v)
+{
+    while (v >= 0x80) {
+        out.append(char((v & 0x7F) | 0x80));
+        v >>= 7;
+    }
+    out.append(char(v));
+}
+
+void putRaw(QByteArray &out, const void *p, qsizetype n)
+{
+    out.append(static_cast<const char *>(p), n);
+}
+
+void putValue(QByteArray &out, const QVariant &v)
+{
+    switch (v.typeId()) {
+    case QMetaType::QString: {
+        const QString s = v.toString();
+        out.append(char(TagText));
+        putVarint(out, quint64(s.size()));
+        putRaw(out, s.constData(), s.size() * qsizetype(sizeof(QChar)));
+        break;
+    }
+    case QMetaType::QDateTime: {
+        // Local wall-clock time, as the user entered it: day number and
+        // milliseconds of the day, free of time zones.
+        const QDateTime when = v.toDateTime();
+        const qint64 ms = when.date().toJulianDay() * s_msPerDay + when.time().msecsSinceStartOfDay();
+        out.append(char(TagDate));
+        putRaw(out, &ms, sizeof ms);
+        break;
+    }
+    case QMetaType::Bool:
+        out.append(char(TagBool));
+        out.append(char(v.toBool() ? 1 : 0));
+        break;
+    case QMetaType::Int:
+    case QMetaType::LongLong: {
+        const qint64 n = v.toLongLong();
+        out.append(char(TagInt));
+        putRaw(out, &n, sizeof n);
+        break;
+    }
+    case QMetaType::Double: {
+        const double d = v.toDouble();
+        out.append(char(TagDouble));
+        putRaw(out, &d, sizeof d);
+        break;
+    }
+    case QMetaType::QByteArray: {
+        const QByteArray b = v.toByteArray();
+        out.append(char(TagBytes));
+        putVarint(out, quint64(b.size()));
+        out.append(b);
+        break;
+    }
+    default:
+        if (v.isValid()) {
+            const QString s = v.toString();
+            putValue(out, s);
+        } else {
+            out.append(char(TagNull));
+        }
+    }
+}
+
+class Reader
+{
+public:
+    explicit Reader(const QByteArray &b) : m_p(b.constData()), m_end(b.constData() + b.size()) {}
+
+    quint64 varint()
+    {
+        quint64 v = 0;
+        for (int shift = 0; shift < 64; shift += 7) {
+            const quint8 c = byte();
+            v |= quint64(c & 0x7F) << shift;
+            if (!(c & 0x80))
+                return v;
+        }
+        damaged();
+    }
+    quint8 byte()
+    {
+        need(1);
+        return quint8(*m_p++);
+    }
+    template<typename T> T raw()
+    {
+        T t;
+        need(sizeof t);
+        std::memcpy(&t, m_p, sizeof t);
+        m_p += sizeof t;
+        return t;
+    }
+    QVariant value()
+    {
+        switch (byte()) {
+        case TagNull: return {};
+        case TagText: {
+            const qsizetype n = qsizetype(varint());
+            need(n * qsizetype(sizeof(QChar)));
+            QString s(n, Qt::Uninitialized);
+            std::memcpy(s.data(), m_p, size_t(n) * sizeof(QChar));
+            m_p += n * qsizetype(sizeof(QChar));
+            return s;
+        }
+        case TagDate: {
+            const qint64 ms = raw<qint64>();
+            const qint64 day = ms >= 0 ? ms / s_msPerDay : (ms - s_msPerDay + 1) / s_msPerDay;
+            return QDateTime(QDate::fromJulianDay(day), QTime::fromMSecsSinceStartOfDay(int(ms - day * s_msPerDay)));
+        }
+        case TagBool: return byte() != 0;
+        case TagInt: return int(raw<qint64>());
+        case TagDouble: return raw<double>();
+        case TagBytes: {
+            const qsizetype n = qsizetype(varint());
+            need(n);
+            QByteArray b(m_p, n);
+            m_p += n;
+            return b;
+        }
+        default: damaged();
+        }
+    }
+    bool atEnd() const { return m_p == m_end; }
+
+private:
+    void need(qsizetype n)
+    {
+        if (n < 0 || m_end - m_p < n)
+            damaged();
+    }
+    [[noreturn]] static void damaged()
+    {
+        throw StoreError(StoreErrCorrupt, QStringLiteral("Die Daten eines Elements sind beschädigt."));
+    }
+    const char *m_p;
+    const char *m_end;
+};
+
+} // namespace
+
+QByteArray EncodeItem(const ItemData &item, const StoreFile &store)
+{
+    QByteArray out;
+    out.reserve(512);
+    out.append(char(s_version));
+    putVarint(out, quint64(item.props.size() + item.foreign.size()));
+    for (const auto &[slot, value] : item.props) {
+        putVarint(out, quint64(store.pidOfSlot(slot)));
+        putValue(out, value);
+    }
+    for (const auto &[pid, value] : item.foreign) {
+        putVarint(out, quint64(pid));
+        putValue(out, value);
+    }
+    putVarint(out, quint64(item.userProps.size()));
+    for (const UserPropRecord &u : item.userProps) {
+        putValue(out, u.name);
+        out.append(char(u.type));
+        putValue(out, u.value);
+    }
+    return out;
+}
+
+void DecodeItem(ItemData &item, const StoreFile &store)
+{
+    Reader in(item.blob);
+    item.props.clear();
+    item.foreign.clear();
+    item.userProps.clear();
+    if (item.blob.isEmpty()) {
+        item.decoded = true;
+        return;
+    }
+    if (in.byte() != s_version)
+        throw StoreError(StoreErrCorrupt, QStringLiteral("Ein Element wurde von einer neueren Programmversion geschrieben."));
+    const quint64 count = in.varint();
+    item.props.reserve(size_t(count));
+    for (quint64 i = 0; i < count; ++i) {
+        const qint64 pid = qint64(in.varint());
+        QVariant value = in.value();
+        const int slot = store.slotOfPid(pid);
+        if (slot >= 0)
+            item.props.emplace_back(slot, std::move(value));
+        else
+            item.foreign.emplace_back(pid, std::move(value));
+    }
+    std::sort(item.props.begin(), item.props.end(), [](const auto &a, const auto &b) { return a.first < b.first; });
+    const quint64 users = in.varint();
+    for (quint64 i = 0; i < users; ++i) {
+        UserPropRecord u;
+        u.name = in.value().toString();
+        u.type = in.byte();
+        u.value = in.value();
+        item.userProps << u;
+    }
+    item.blob = QByteArray(); // decoded: the bytes are no longer needed
+    item.decoded = true;
+}

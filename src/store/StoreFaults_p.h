@@ -1,0 +1,12 @@
+#pragma once
+// The store's side of the test faults (internal to the store).
+
+#include <QString>
+
+// Throws StoreError when a fault of the kind (StoreFaults::Kind) is set for
+// the item. Cheap when no fault is set at all.
+void CheckItemFault(int kind, const QString &entryId);
+// Waits as long as SetStoreDelay asked for the store.
+void ApplyStoreDelay(const QString &storeId);
+// Whether any item fault is set (the read path asks this first).
+[[nodiscard]] bool ItemFaultsActive();

@@ -1,0 +1,188 @@
+// Folders of a store file, transactions and the mapping of SQLite failures.
+#include "store/StoreFile_p.h"
+
+#include "store/StoreError.h"
+
+#include <QDir>
+#include <QSqlError>
+
+const FolderRow &StoreFile::folder(qint64 id)
+{
+    const auto it = m_folders.constFind(id);
+    if (it == m_folders.cend())
+        ThrowNotFound(QStringLiteral("Der Ordner wurde nicht gefunden. Er wurde gelöscht oder verschoben."));
+    return *it;
+}
+
+bool StoreFile::hasFolder(qint64 id)
+{
+    return m_folders.contains(id);
+}
+
+QList<qint64> StoreFile::subfolders(qint64 parent)
+{
+    QList<qint64> ids;
+    for (const FolderRow &row : std::as_const(m_folders))
+        if (row.parent == parent)
+            ids << row.id;
+    std::sort(ids.begin(), ids.end());
+    return ids;
+}
+
+qint64 StoreFile::root()
+{
+    for (const FolderRow &row : std::as_const(m_folders))
+        if (row.parent == 0)
+            return row.id;
+    throw StoreError(StoreErrCorrupt, QStringLiteral("Der Informationsspeicher \"%1\" hat keinen Stammordner.")
+                                          .arg(QDir::toNativeSeparators(m_path)));
+}
+
+qint64 StoreFile::defaultFolder(int type)
+{
+    qint64 found = 0;
+    for (const FolderRow &row : std::as_const(m_folders))
+        if (type != 0 && row.defaultType == type && (found == 0 || row.id < found))
+            found = row.id;
+    return found;
+}
+
+qint64 StoreFile::addFolder(qint64 parent, const QString &name, const QString &containerClass,
+                            const QString &messageClass, int defaultType)
+{
+    checkOutsideChanges();
+    requireFolder(parent);
+    if (name.trimmed().isEmpty())
+        throw StoreError(StoreErrCallFailed, QStringLiteral("Ein Ordner braucht einen Namen."));
+    for (qint64 sibling : subfolders(parent))
+        if (m_folders.value(sibling).name.compare(name, Qt::CaseInsensitive) == 0)
+            throw StoreError(StoreErrCollision, QStringLiteral("Einen Ordner \"%1\" gibt es hier schon.").arg(name));
+    begin();
+    QSqlQuery q(db());
+    q.prepare(QStringLiteral("INSERT INTO folders(parent, name, container_class, message_class, default_type) "
+                             "VALUES(?, ?, ?, ?, ?)"));
+    q.addBindValue(parent);
+    q.addBindValue(name);
+    q.addBindValue(containerClass.isEmpty() ? QVariant() : QVariant(containerClass));
+    q.addBindValue(messageClass);
+    q.addBindValue(defaultType);
+    if (!q.exec()) {
+        rollback();
+        fail(q, QStringLiteral("Anlegen des Ordners \"%1\"").arg(name));
+    }
+    const qint64 id = q.lastInsertId().toLongLong();
+    commit();
+    m_folders.insert(id, FolderRow{id, parent, name, containerClass, messageClass, defaultType});
+    return id;
+}
+
+void StoreFile::checkOutsideChanges()
+{
+    QSqlQuery q(db());
+    if (!q.exec(QStringLiteral("PRAGMA data_version")) || !q.next())
+        fail(q, QStringLiteral("Prüfen auf Änderungen"));
+    const qint64 version = q.value(0).toLongLong();
+    if (m_dataVersion >= 0 && version != m_dataVersion) {
+        ++m_outside;
+        loadFolders();
+    }
+    m_dataVersion = version;
+}
+
+void StoreFile::begin()
+{
+    QSqlQuery q(db());
+    const bool ok = m_depth == 0 ? q.exec(QStringLiteral("BEGIN IMMEDIATE")) : q.exec(QStringLiteral("SAVEPOINT step"));
+    if (!ok)
+        fail(q, QStringLiteral("Beginn einer Änderung"));
+    ++m_depth;
+}
+
+void StoreFile::commit()
+{
+    QSqlQuery q(db());
+    const bool ok = m_depth == 1 ? q.exec(QStringLiteral("COMMIT")) : q.exec(QStringLiteral("RELEASE step"));
+    if (!ok) {
+        rollback();
+        fail(q, QStringLiteral("Abschluss einer Änderung"));
+    }
+    --m_depth;
+    // Our own commit changes nothing we have not seen.
+    QSqlQuery v(db());
+    if (m_depth == 0 && v.exec(QStringLiteral("PRAGMA data_version")) && v.next())
+        m_dataVersion = v.value(0).toLongLong();
+}
+
+void StoreFile::rollback()
+{
+    if (m_depth == 0)
+        return;
+    QSqlQuery q(db());
+    if (m_depth == 1)
+        q.exec(QStringLiteral("ROLLBACK"));
+    else
+        q.exec(QStringLiteral("ROLLBACK TO step")) && q.exec(QStringLiteral("RELEASE step"));
+    --m_depth;
+}
+
+void StoreFile::beginBulk()
+{
+    begin();
+}
+
+void StoreFile::endBulk(bool commitIt)
+{
+    if (commitIt)
+        commit();
+    else
+        rollback();
+}
+
+void StoreFile::cleanup()
+{
+    for (auto it = m_loaded.begin(); it != m_loaded.end();)
+        it = it->expired() ? m_loaded.erase(it) : std::next(it);
+    if (m_depth == 0) {
+        QSqlQuery q(db());
+        q.exec(QStringLiteral("PRAGMA wal_checkpoint(PASSIVE)"));
+    }
+}
+
+void StoreFile::fail(const QSqlQuery &query, const QString &what) const
+{
+    const QSqlError error = query.lastError();
+    const int code = error.nativeErrorCode().toInt() & 0xFF; // primary result code
+    const QString where = QDir::toNativeSeparators(m_path);
+    switch (code) {
+    case 11: // SQLITE_CORRUPT
+    case 26: // SQLITE_NOTADB
+        throw StoreError(StoreErrCorrupt, QStringLiteral("Der Informationsspeicher \"%1\" ist beschädigt (%2). "
+                                                         "Er wird nicht verändert.").arg(where, what));
+    case 5: // SQLITE_BUSY
+    case 6: // SQLITE_LOCKED
+        throw StoreError(StoreErrBusy, QStringLiteral("Der Informationsspeicher \"%1\" wird von einem anderen Programm "
+                                                      "benutzt (%2). Bitte versuchen Sie es gleich noch einmal.")
+                                           .arg(where, what));
+    case 13: // SQLITE_FULL
+        throw StoreError(StoreErrDisk, QStringLiteral("Der Datenträger des Informationsspeichers \"%1\" ist voll (%2).")
+                                           .arg(where, what));
+    default:
+        throw StoreError(StoreErrDisk, QStringLiteral("Fehler im Informationsspeicher \"%1\" (%2): %3")
+                                           .arg(where, what, error.text()));
+    }
+}
+
+QSqlQuery &StoreFile::prepared(int which, const char *sql)
+{
+    if (which >= int(m_statements.size()))
+        m_statements.resize(size_t(which) + 1);
+    std::unique_ptr<QSqlQuery> &slot = m_statements[size_t(which)];
+    if (!slot) {
+        auto q = std::make_unique<QSqlQuery>(db());
+        q->setForwardOnly(true);
+        if (!q->prepare(QLatin1String(sql)))
+            fail(*q, QStringLiteral("Vorbereiten einer Abfrage"));
+        slot = std::move(q);
+    }
+    return *slot;
+}
