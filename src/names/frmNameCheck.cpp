@@ -1,5 +1,6 @@
 #include "names/frmNameCheck.h"
 
+#include "controls/sevText.h"
 #include "names/NameCorrectionFunctions.h"
 
 #include <QCheckBox>
@@ -7,7 +8,6 @@
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QLabel>
-#include <QLineEdit>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -45,10 +45,9 @@ frmNameCheck::frmNameCheck(QWidget *parent)
     lblInfo->setText(QStringLiteral("Geben Sie einen vollständigen Namen ein.\r\n\r\n"
                                     "Hiermit können Sie testen wie die Namen korrigieren-Funktion arbeitet."));
 
-    m_txtFullname = new QLineEdit(this);
+    m_txtFullname = new sevText(this);
     m_txtFullname->setObjectName(QStringLiteral("txtFullname"));
-    m_txtFullname->setProperty("floskelfile", QStringLiteral("Fullname.dat"));
-    m_txtFullname->setProperty("floskeltitle", QStringLiteral("Namen"));
+    m_txtFullname->setList(QStringLiteral("Fullname.dat"), QStringLiteral("Namen"));
 
     m_chkBusinessCheck = new QCheckBox(QStringLiteral("Firmennamen erkennen"), this);
     m_chkBusinessCheck->setObjectName(QStringLiteral("chkBusinessCheck"));
@@ -82,7 +81,7 @@ frmNameCheck::frmNameCheck(QWidget *parent)
     layout->addStretch();
     layout->addWidget(buttons);
 
-    connect(m_txtFullname, &QLineEdit::textChanged, this, &frmNameCheck::refresh);
+    connect(m_txtFullname, &sevText::textChanged, this, &frmNameCheck::refresh);
     connect(m_chkBusinessCheck, &QCheckBox::clicked, this, &frmNameCheck::refresh);
     resize(520, 360);
 }

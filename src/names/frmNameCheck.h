@@ -7,7 +7,7 @@
 
 class QCheckBox;
 class QLabel;
-class QLineEdit;
+class sevText;
 
 class frmNameCheck : public QDialog
 {
@@ -18,7 +18,7 @@ public:
 private:
     void refresh();
 
-    QLineEdit *m_txtFullname = nullptr;
+    sevText *m_txtFullname = nullptr;
     QCheckBox *m_chkBusinessCheck = nullptr;
     QLabel *m_lblTitle = nullptr;
     QLabel *m_lblFirstname = nullptr;

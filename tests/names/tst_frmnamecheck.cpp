@@ -1,6 +1,8 @@
 // The name test dialog, driven through its widgets with the shipped tables.
 #include "frame/CommandRegistry.h"
 #include "frame/MainCommands.h"
+#include "controls/ListFile.h"
+#include "controls/sevText.h"
 #include "names/frmNameCheck.h"
 #include "support/TestSupport.h"
 
@@ -45,6 +47,7 @@ private slots:
     void businessBoxAloneRefreshes();
     void missingDatabaseReportsEveryChange();
     void menuCommandOpensTheDialog();
+    void typedNameJoinsTheList();
 };
 
 void tst_frmNameCheck::opensEmpty()
@@ -53,7 +56,7 @@ void tst_frmNameCheck::opensEmpty()
     MessageRecorder boxes;
     frmNameCheck dialog;
     QCOMPARE(dialog.windowTitle(), QStringLiteral("Namen testen"));
-    QVERIFY(dialog.findChild<QLineEdit *>("txtFullname")->text().isEmpty());
+    QVERIFY(dialog.findChild<sevText *>("txtFullname")->text().isEmpty());
     QVERIFY(!dialog.findChild<QCheckBox *>("chkBusinessCheck")->isChecked());
     QCOMPARE(dialog.findChild<QLabel *>("lblInfo")->text(),
              QStringLiteral("Geben Sie einen vollständigen Namen ein.\r\n\r\n"
@@ -90,7 +93,7 @@ void tst_frmNameCheck::typing()
     frmNameCheck dialog;
     if (checkBusiness)
         QTest::mouseClick(dialog.findChild<QCheckBox *>("chkBusinessCheck"), Qt::LeftButton);
-    auto *text = dialog.findChild<QLineEdit *>("txtFullname");
+    QLineEdit *text = dialog.findChild<sevText *>("txtFullname")->editor();
     typeText(text, typed.left(4));
     QCOMPARE(dialog.findChild<QLabel *>("lblFirstname")->text() + dialog.findChild<QLabel *>("lblLastName")->text(),
              typed.left(4));
@@ -110,7 +113,7 @@ void tst_frmNameCheck::businessBoxAloneRefreshes()
     frmNameCheck dialog;
     auto *box = dialog.findChild<QCheckBox *>("chkBusinessCheck");
     auto *note = dialog.findChild<QLabel *>("lblDes");
-    typeText(dialog.findChild<QLineEdit *>("txtFullname"), "Muster GmbH");
+    typeText(dialog.findChild<sevText *>("txtFullname")->editor(), "Muster GmbH");
     QVERIFY(note->text().isEmpty());
     QTest::mouseClick(box, Qt::LeftButton);
     QCOMPARE(note->text(), QStringLiteral("Es wurde ein Firmenname erkannt!"));
@@ -124,7 +127,7 @@ void tst_frmNameCheck::missingDatabaseReportsEveryChange()
     TestEnvironment env(false);
     MessageRecorder boxes;
     frmNameCheck dialog;
-    typeText(dialog.findChild<QLineEdit *>("txtFullname"), "Hans");
+    typeText(dialog.findChild<sevText *>("txtFullname")->editor(), "Hans");
     QCOMPARE(boxes.count(), 4);
     QCOMPARE(boxes.last().title, QStringLiteral("Fehler!"));
     QCOMPARE(shownParts(dialog), QStringList(6));
@@ -144,6 +147,23 @@ void tst_frmNameCheck::menuCommandOpensTheDialog()
     });
     QVERIFY(RunCommand(QStringLiteral("NameCheck")));
     QCOMPARE(opened, QStringLiteral("frmNameCheck"));
+}
+
+void tst_frmNameCheck::typedNameJoinsTheList()
+{
+    TestEnvironment env;
+    MessageRecorder boxes;
+    {
+        frmNameCheck dialog;
+        dialog.show();
+        typeText(dialog.findChild<sevText *>("txtFullname")->editor(), "Hans Müller");
+        dialog.close();
+    }
+    QCOMPARE(ReadListFile(ListFilePath(QStringLiteral("Fullname.dat"))).entries, QStringList{"Hans Müller"});
+    frmNameCheck again;
+    auto *field = again.findChild<sevText *>("txtFullname");
+    QCOMPARE(field->floskelTitle(), QStringLiteral("Namen"));
+    QCOMPARE(field->entries(), QStringList{"Hans Müller"});
 }
 
 QTEST_MAIN(tst_frmNameCheck)
