@@ -4,6 +4,7 @@
 #include "store/StoreError.h"
 #include "store/StoreFile_p.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -39,6 +40,10 @@ std::shared_ptr<Session> Session::current()
     if (!ProfileExists(folder))
         CreateProfile(folder);
     s_current = std::make_shared<Session>(folder);
+    // The connections must close while the SQL layer still exists, that is
+    // before the application object goes, not at static destruction.
+    static const bool once = (qAddPostRoutine(&Session::endCurrent), true);
+    Q_UNUSED(once);
     return s_current;
 }
 
@@ -230,7 +235,8 @@ Session::User Session::addUser(const QString &name, const QStringList &aliases, 
 {
     if (name.trimmed().isEmpty())
         throw StoreError(StoreErrCallFailed, QStringLiteral("Ein Benutzer braucht einen Namen."));
-    for (const QString &text : QStringList(aliases) << name << address)
+    const QStringList names = QStringList(aliases) << name << address;
+    for (const QString &text : names)
         if (!text.trimmed().isEmpty() && resolve(text))
             throw StoreError(StoreErrCollision, QStringLiteral("\"%1\" steht schon im Adressbuch.").arg(text));
     const QString fileName = freeFileName(QStringLiteral("mailbox"));

@@ -1,0 +1,159 @@
+// varnex-store: the command-line companion of Varnex for profiles of the
+// mail store. The program itself has no command line; this tool creates a
+// profile, fills a demo profile and lists what a profile holds.
+#include "Demo.h"
+
+#include "store/Store.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QTextStream>
+
+namespace {
+
+QTextStream &out()
+{
+    static QTextStream stream(stdout);
+    return stream;
+}
+
+QTextStream &err()
+{
+    static QTextStream stream(stderr);
+    return stream;
+}
+
+void usage()
+{
+    err() << "Aufruf: varnex-store [--profile ORDNER] BEFEHL\n"
+             "\n"
+             "Befehle:\n"
+             "  init     legt das Profil an (mit \"Persönliche Ordner\"), wenn es fehlt\n"
+             "  exists   Rückgabewert 0, wenn das Profil besteht, sonst 1\n"
+             "  list     zeigt Informationsspeicher, Ordner, Anzahl der Elemente und das Adressbuch\n"
+             "  demo     füllt ein neues oder leeres Profil mit deutschen Beispieldaten\n"
+             "\n"
+             "Ohne --profile gilt das Standardprofil: "
+          << QDir::toNativeSeparators(DefaultProfileFolder()) << "\n";
+}
+
+QString folderTypeName(int type)
+{
+    switch (type) {
+    case olFolderCalendar: return QStringLiteral("Kalender");
+    case olFolderContacts: return QStringLiteral("Kontakte");
+    case olFolderInbox: return QStringLiteral("Posteingang");
+    case olFolderNotes: return QStringLiteral("Notizen");
+    case olFolderTasks: return QStringLiteral("Aufgaben");
+    case olFolderJournal: return QStringLiteral("Journal");
+    default: return QString::number(type);
+    }
+}
+
+void listFolders(const Folders &folders, int depth)
+{
+    for (const MAPIFolder &folder : folders) {
+        out() << QString(depth * 2, u' ') << folder.Name() << "  [" << folder.ContainerClass() << "]  "
+              << folder.Items().Count() << " Element(e)\n";
+        listFolders(folder.Folders(), depth + 1);
+    }
+}
+
+int list()
+{
+    const NameSpace ns = Application().GetNamespace();
+    out() << "Profil: " << QDir::toNativeSeparators(ProfileFolder()) << "\n";
+    for (const MAPIFolder &root : ns.Folders()) {
+        out() << "\nInformationsspeicher \"" << root.Name() << "\"\n";
+        listFolders(root.Folders(), 1);
+    }
+    const QList<AddressBookEntry> book = AddressBook();
+    out() << "\nAdressbuch: " << book.size() << " Benutzer\n";
+    for (const AddressBookEntry &entry : book) {
+        QStringList granted;
+        for (int type : entry.grantedFolderTypes)
+            granted << folderTypeName(type);
+        out() << "  " << entry.name << " <" << entry.address << ">";
+        if (!entry.aliases.isEmpty())
+            out() << " (" << entry.aliases.join(QStringLiteral(", ")) << ")";
+        out() << "  freigegeben: " << (granted.isEmpty() ? QStringLiteral("nichts") : granted.join(QStringLiteral(", ")))
+              << "\n";
+    }
+    return 0;
+}
+
+bool defaultStoreIsEmpty()
+{
+    const NameSpace ns = Application().GetNamespace();
+    if (ns.Folders().Count() > 1)
+        return false;
+    std::function<bool(const Folders &)> empty = [&](const Folders &folders) {
+        for (const MAPIFolder &folder : folders)
+            if (folder.Items().Count() > 0 || !empty(folder.Folders()))
+                return false;
+        return true;
+    };
+    return empty(ns.Folders().Item(1).Folders()) && AddressBook().isEmpty();
+}
+
+int demo()
+{
+    if (ProfileExists() && !defaultStoreIsEmpty()) {
+        err() << "Das Profil " << QDir::toNativeSeparators(ProfileFolder())
+              << " enthält schon Daten. Die Beispieldaten werden nur in ein neues oder leeres Profil geschrieben.\n";
+        return 1;
+    }
+    CreateProfile();
+    const DemoSummary s = FillDemoProfile();
+    out() << "Beispielprofil angelegt: " << QDir::toNativeSeparators(ProfileFolder()) << "\n"
+          << "  " << s.contacts << " Kontakte, " << s.appointments << " Termine, " << s.mails << " Mails, " << s.tasks
+          << " Aufgaben, " << s.notes << " Notizen, " << s.journal << " Journaleinträge,\n"
+          << "  dazu der Informationsspeicher \"Archiv\" und zwei Benutzer im Adressbuch.\n";
+    return 0;
+}
+
+int run(const QString &command)
+{
+    if (command == u"exists")
+        return ProfileExists() ? 0 : 1;
+    if (command == u"init") {
+        const bool existed = ProfileExists();
+        CreateProfile();
+        out() << (existed ? "Profil besteht schon: " : "Profil angelegt: ") << QDir::toNativeSeparators(ProfileFolder())
+              << "\n";
+        return 0;
+    }
+    if (command == u"list") {
+        if (!ProfileExists()) {
+            err() << "Es gibt kein Profil in " << QDir::toNativeSeparators(ProfileFolder()) << ".\n";
+            return 1;
+        }
+        return list();
+    }
+    if (command == u"demo")
+        return demo();
+    usage();
+    return 2;
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QCoreApplication app(argc, argv);
+    QStringList args = app.arguments().mid(1);
+    if (args.size() >= 2 && args.first() == u"--profile") {
+        SetProfileFolder(args.at(1));
+        args = args.mid(2);
+    }
+    if (args.size() != 1 || args.first() == u"--help" || args.first() == u"help") {
+        usage();
+        return args.size() == 1 ? 0 : 2;
+    }
+    try {
+        return run(args.first());
+    } catch (const StoreError &e) {
+        err() << "Fehler: " << e.description() << " (" << e.number() << ")\n";
+        return 1;
+    }
+}
