@@ -10,6 +10,9 @@
 // Folders
 
 // Telephone
+#include "telephone/frmTelDB.h"
+#include "telephone/frmTelPruef.h"
+#include "telephone/frmVorwahlen.h"
 
 // Duplicates
 
@@ -32,7 +35,10 @@ void RegisterMainCommands()
 {
     // Folders: "SharedOpen"
 
-    // Telephone: "Tel", "TelTest"
+    // Telephone: "Tel", "TelTest"; the options dialog opens the format
+    // editor and the tables.
+    RegisterCommand(QStringLiteral("TelTest"), [] { OpenNumberTest(MainWindow()); });
+    frmOptions::setTelephoneDialogs(OpenNumberFormatEditor, OpenTelephoneTables);
 
     // Duplicates: "Dup", "DupDel", "DupView", "DupsClose", "DupsClear"
 

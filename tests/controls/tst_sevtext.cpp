@@ -6,6 +6,7 @@
 #include "controls/SettingsBinding.h"
 #include "controls/sevText.h"
 #include "frame/RegistryFunctions.h"
+#include "support/TelSampleDb.h"
 #include "support/TestSupport.h"
 
 #include <QDir>
@@ -52,7 +53,8 @@ private:
 
 void tst_sevText::init()
 {
-    m_env = new TestEnvironment(false);
+    m_env = new TestEnvironment(false, false);
+    CopyDefaultSettings(*m_env);
     m_boxes = new MessageRecorder;
 }
 
