@@ -245,12 +245,18 @@ struct TablesCache {
 
 TablesCache s_cache;
 quint64 s_notifications = 0;
+quint64 s_reads = 0;
 
 } // namespace
 
 void NotifyTelTablesChanged()
 {
     ++s_notifications;
+}
+
+quint64 TelTablesReadCount()
+{
+    return s_reads;
 }
 
 const TelTables &CurrentTelTables()
@@ -279,13 +285,14 @@ const TelTables &CurrentTelTables()
         ReferenceDbConnection connection;
         cache.tables = ReadTelTables(connection.database());
     }
+    ++s_reads;
     cache.stamp = stamp;
     cache.notifications = s_notifications;
     // A second write within the granularity of the file times would leave
     // the stamp as it is, so a young file is not trusted yet.
     timespec now{};
     clock_gettime(CLOCK_REALTIME, &now);
-    const double age = seconds(now) - std::max(seconds(stamp.modified), seconds(stamp.changed));
+    const double age = seconds(now) - seconds(stamp.modified);
     cache.recentlyChanged = age < 1.0;
     return cache.tables;
 }

@@ -120,7 +120,7 @@ private:
 // The tables of the reference database in the program folder. They are read
 // once and kept until the file changes (another path or file, size,
 // modification or change time) or NotifyTelTablesChanged is called. File
-// times are coarse, so a file changed within the last second is read again
+// times are coarse, so a file modified within the last second is read again
 // at the next call. Throws TelNrError when the file is missing or unreadable;
 // the reference stays valid until the next call.
 const TelTables &CurrentTelTables();
@@ -128,3 +128,6 @@ const TelTables &CurrentTelTables();
 // Tells the cache that this process has written to the telephone tables, so
 // the next call reads them again whatever the file times say.
 void NotifyTelTablesChanged();
+
+// How often CurrentTelTables has read the file in this process.
+quint64 TelTablesReadCount();

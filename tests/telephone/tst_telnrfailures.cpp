@@ -2,10 +2,12 @@
 // its caches: a change of settings or tables applies from the next call on.
 #include "telephone/TelNrStandard.h"
 
+#include "telephone/TelTables.h"
 #include "frame/RegistryFunctions.h"
 #include "support/TelSampleDb.h"
 #include "support/TestSupport.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QLocale>
@@ -23,6 +25,7 @@ private slots:
     void failures();
     void nullCountryRowFailsOnlyWhenReached_data();
     void nullCountryRowFailsOnlyWhenReached();
+    void tablesAreKeptWhileTheFileStays();
     void savedSettingAppliesAtNextCall();
     void rewrittenDatabaseIsSeen();
     void databaseChangedInPlaceIsSeen();
@@ -157,6 +160,35 @@ void tst_TelNrFailures::nullCountryRowFailsOnlyWhenReached()
     if (boxCount > 0)
         QVERIFY2(boxes.last().prompt.contains(QStringLiteral("801 / 94, Unzulässige Verwendung von Null")),
                  qPrintable(boxes.last().prompt));
+}
+
+// The cache is used: an old, unchanged file is read once; a notification or
+// a write reads it again.
+void tst_TelNrFailures::tablesAreKeptWhileTheFileStays()
+{
+    TestEnvironment env(false, false);
+    CopyDefaultSettings(env);
+    QVERIFY(WriteSampleTelDb(env.folder()));
+    auto makeOld = [&] {
+        QFile file(dbPath(env));
+        QVERIFY(file.open(QIODevice::ReadWrite));
+        QVERIFY(file.setFileTime(QDateTime::currentDateTime().addSecs(-3600), QFileDevice::FileModificationTime));
+    };
+    makeOld();
+    QCOMPARE(normalised(QStringLiteral("030 1234")), QStringLiteral("+49 (30) 1234"));
+    const quint64 reads = TelTablesReadCount();
+    QCOMPARE(normalised(QStringLiteral("0221 1234")), QStringLiteral("+49 (221) 1234"));
+    QCOMPARE(normalised(QStringLiteral("+423 1234")), QStringLiteral("+423 1234"));
+    QCOMPARE(TelTablesReadCount(), reads);
+
+    NotifyTelTablesChanged();
+    QCOMPARE(normalised(QStringLiteral("030 1234")), QStringLiteral("+49 (30) 1234"));
+    QCOMPARE(TelTablesReadCount(), reads + 1);
+
+    execOnDatabase(dbPath(env), QStringLiteral("DELETE FROM T_CountryAndAreaCodes WHERE AreaCode = '221'"));
+    makeOld();
+    QCOMPARE(normalised(QStringLiteral("0221 1234")), QStringLiteral("0221 1234"));
+    QCOMPARE(TelTablesReadCount(), reads + 2);
 }
 
 void tst_TelNrFailures::savedSettingAppliesAtNextCall()
