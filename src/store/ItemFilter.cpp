@@ -2,6 +2,7 @@
 
 #include "store/Item.h"
 #include "store/ItemSchema.h"
+#include "store/StoreConstants.h"
 #include "store/StoreError.h"
 
 namespace {
@@ -176,7 +177,14 @@ bool evaluate(const ItemFilter::Node &node, const Item &item)
     }
     if (!item.hasProperty(node.property))
         return false; // an item of another class lacks it: no match
-    const int c = compareValues(item.get(node.property), node.literal, node.property);
+    const QVariant value = item.get(node.property);
+    if (value.typeId() == QMetaType::QDateTime && IsNoDate(value.toDateTime())) {
+        // A date that is not set equals only an empty date and is neither
+        // before nor after any date.
+        const bool literalEmpty = IsNoDate(ConvertForProperty(PropertyAt(PropertySlot(node.property)), node.literal).toDateTime());
+        return node.op == Op::Eq ? literalEmpty : node.op == Op::Ne ? !literalEmpty : false;
+    }
+    const int c = compareValues(value, node.literal, node.property);
     switch (node.op) {
     case Op::Eq: return c == 0;
     case Op::Ne: return c != 0;

@@ -73,9 +73,8 @@ Items MakeItems(const std::shared_ptr<StoreFile> &store, qint64 folder)
     auto data = std::make_shared<ItemsData>();
     data->store = store;
     data->folder = folder;
-    store->checkOutsideChanges();
-    data->refresh();
-    return Items(data);
+    store->requireFolder(folder);
+    return Items(data); // positions are taken at the first access
 }
 
 int Items::Count() const
@@ -92,6 +91,8 @@ Item Items::Item(int index) const
     if (!m_data)
         throw StoreError(StoreErrNoObject, QStringLiteral("Es ist keine Elementliste angegeben."));
     ItemsData &d = *m_data;
+    if (d.stamp == ~quint64(0))
+        d.store->checkOutsideChanges();
     d.refresh();
     if (index < 1 || index > d.ids.size())
         throw StoreError(StoreErrNotFound, QStringLiteral("Ein Element an Position %1 gibt es nicht (%2 Elemente).")
