@@ -1,21 +1,8 @@
 #include "replace/ReplaceDates.h"
 
+#include "store/StoreConstants.h"
+
 #include <QRegularExpression>
-
-QDateTime NoDateValue()
-{
-    return QDateTime(QDate(4501, 1, 1), QTime(0, 0));
-}
-
-QString DateFieldText(const QDateTime &value)
-{
-    if (!value.isValid())
-        return DateFieldText(NoDateValue());
-    const QString date = value.date().toString(QStringLiteral("dd.MM.yyyy"));
-    if (value.time() == QTime(0, 0))
-        return date;
-    return date + u' ' + value.time().toString(QStringLiteral("hh:mm:ss"));
-}
 
 namespace {
 
@@ -49,7 +36,7 @@ std::optional<QDateTime> DateToWrite(ReplaceDateRule rule, const QString &newTex
 {
     if (newText.isEmpty()) {
         if (rule == ReplaceDateRule::EmptyMeansNoDate)
-            return NoDateValue();
+            return NoDate();
         return std::nullopt;
     }
     return ParseDateText(newText);

@@ -1,20 +1,14 @@
 #pragma once
-// Date fields in find and replace. A date field is read as text in the German
-// form, changed as text, and the new text is turned back into a date by the
-// rule of its item type.
+// Date fields in find and replace. A date field is read as text in the form
+// the store gives it (TextOfValue: "dd.MM.yyyy" at midnight, else with the
+// time; no date reads "01.01.4501", so a date field is never empty), changed
+// as text, and the new text is turned back into a date by the rule of its
+// item type.
 
 #include "replace/ReplaceFields.h"
 
 #include <QDateTime>
 #include <optional>
-
-// The store's value for "no date": 01.01.4501 00:00:00.
-[[nodiscard]] QDateTime NoDateValue();
-
-// The text of a date as the run reads it: "dd.MM.yyyy" at midnight,
-// "dd.MM.yyyy hh:mm:ss" otherwise. A date field without a date reads
-// "01.01.4501", so it is never empty.
-[[nodiscard]] QString DateFieldText(const QDateTime &value);
 
 // A German date as a user types it: day.month.year with a year of four or
 // two digits (00 to 29 are 2000 to 2029, 30 to 99 are 1930 to 1999),
@@ -24,7 +18,7 @@
 [[nodiscard]] std::optional<QDateTime> ParseDateText(const QString &text);
 
 // The date to write for the new text of a date field, or nothing to write:
-// a valid date is written; "" writes NoDateValue() where the type allows a
-// field without date (contacts, tasks) and nothing for appointments; any other
-// text writes nothing.
+// a valid date is written; "" writes the store's NoDate() where the type
+// allows a field without date (contacts, tasks) and nothing for
+// appointments; any other text writes nothing.
 [[nodiscard]] std::optional<QDateTime> DateToWrite(ReplaceDateRule rule, const QString &newText);

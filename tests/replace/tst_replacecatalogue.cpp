@@ -1,6 +1,8 @@
 // The field catalogue of find and replace and the date rules of its types.
 #include "replace/ReplaceDates.h"
 #include "replace/ReplaceFields.h"
+#include "store/ItemSchema.h"
+#include "store/StoreConstants.h"
 
 #include <QLocale>
 #include <QSet>
@@ -21,8 +23,9 @@ private slots:
     void parseDateText();
     void dateToWrite_data();
     void dateToWrite();
-    void dateFieldText_data();
-    void dateFieldText();
+    void readTextParsesBack_data();
+    void readTextParsesBack();
+    void propertiesExistInTheStore();
 };
 
 void tst_ReplaceCatalogue::types_data()
@@ -204,23 +207,38 @@ void tst_ReplaceCatalogue::dateToWrite()
         QCOMPARE(*written, expected);
 }
 
-void tst_ReplaceCatalogue::dateFieldText_data()
+void tst_ReplaceCatalogue::readTextParsesBack_data()
 {
     QTest::addColumn<QDateTime>("value");
-    QTest::addColumn<QString>("expected");
-    QTest::newRow("Mitternacht ohne Zeit") << QDateTime(QDate(2006, 1, 2), QTime(0, 0)) << "02.01.2006";
-    QTest::newRow("mit Zeit") << QDateTime(QDate(2006, 1, 2), QTime(9, 5, 7)) << "02.01.2006 09:05:07";
-    QTest::newRow("kein Datum") << NoDateValue() << "01.01.4501";
-    QTest::newRow("ungültig liest kein Datum") << QDateTime() << "01.01.4501";
+    QTest::newRow("Mitternacht ohne Zeit") << QDateTime(QDate(2006, 1, 2), QTime(0, 0));
+    QTest::newRow("mit Zeit") << QDateTime(QDate(2006, 1, 2), QTime(9, 5, 7));
+    QTest::newRow("kein Datum") << NoDate();
 }
 
-void tst_ReplaceCatalogue::dateFieldText()
+// What a date field reads as text must come back unchanged when it is
+// written as it stands (whole-field mode with the same date, the undo).
+void tst_ReplaceCatalogue::readTextParsesBack()
 {
     QFETCH(QDateTime, value);
-    QFETCH(QString, expected);
-    QCOMPARE(DateFieldText(value), expected);
-    // What a field reads must be taken back by the parser unchanged.
-    QCOMPARE(ParseDateText(expected).value_or(QDateTime()), value.isValid() ? value : NoDateValue());
+    const QString text = TextOfValue(value);
+    QCOMPARE(ParseDateText(text).value_or(QDateTime()), value);
+}
+
+// Every property of a list is one that the store knows for the type's item
+// class, with the kind (date or text) the list expects.
+void tst_ReplaceCatalogue::propertiesExistInTheStore()
+{
+    for (const ReplaceItemType &type : ReplaceItemTypes()) {
+        for (const ReplaceField &field : type.fields) {
+            const QString where = QStringLiteral("%1 %2").arg(type.folderClass, field.property);
+            const int slot = PropertySlotFor(type.itemClass, field.propertyName());
+            QVERIFY2(slot >= 0, qPrintable(where));
+            const PropDef &def = PropertyAt(slot);
+            QVERIFY2((def.type == PropType::Date) == field.isDate, qPrintable(where));
+            QVERIFY2(def.type == PropType::Date || def.type == PropType::Text, qPrintable(where));
+            QVERIFY2(!def.readOnly, qPrintable(where));
+        }
+    }
 }
 
 QTEST_GUILESS_MAIN(tst_ReplaceCatalogue)
