@@ -1,6 +1,7 @@
 #include "support/TestSupport.h"
 
 #include "frame/RegistryFunctions.h"
+#include "store/Profile.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -24,8 +25,12 @@ MessageRecorder::~MessageRecorder()
 TestEnvironment::TestEnvironment(bool withReferenceDb, bool withDefaults)
     : m_previousFolder(ProgramFolder())
     , m_previousSettings(SettingsFile())
+    , m_previousProfile(ProfileFolder())
 {
     SetProgramFolder(m_dir.path());
+    // Never the user's own profile: a test that reads the store without
+    // making a profile of its own sees an empty one here.
+    SetProfileFolder(m_dir.filePath(QStringLiteral("Profil")));
     SetSettingsFile(m_dir.filePath(QStringLiteral("settings/Varnex.ini")));
     if (withReferenceDb)
         QFile::copy(BuiltReferenceDb(), m_dir.filePath(QStringLiteral("VarnexPub.db")));
@@ -37,6 +42,7 @@ TestEnvironment::~TestEnvironment()
 {
     SetProgramFolder(m_previousFolder);
     SetSettingsFile(m_previousSettings);
+    SetProfileFolder(m_previousProfile);
 }
 
 QString TestEnvironment::settingsFile() const

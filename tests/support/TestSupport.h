@@ -32,8 +32,8 @@ private:
 };
 
 // A temporary program folder (with the real reference database copied in
-// when withReferenceDb is set) and a temporary settings file with all
-// defaults written. Restores the previous folders when it goes out of scope.
+// when withReferenceDb is set), a temporary settings file with all defaults
+// written, and a temporary (not yet created) profile folder. Restores the previous folders when it goes out of scope.
 class TestEnvironment
 {
 public:
@@ -50,6 +50,7 @@ private:
     QTemporaryDir m_dir;
     QString m_previousFolder;
     QString m_previousSettings;
+    QString m_previousProfile;
 };
 
 // The path of the real reference database built beside the executables.
