@@ -102,7 +102,7 @@ QVariant Attachment::GetProperty(unsigned int tag) const
     case PR_ATTACHMENT_HIDDEN: return a.hidden;
     default:
         throw StoreError(StoreErrNotFound, QStringLiteral("Die Eigenschaft 0x%1 gibt es bei Anlagen nicht.")
-                                               .arg(tag, 8, 16, QLatin1Char('0')).toUpper());
+                                               .arg(QString::number(tag, 16).rightJustified(8, u'0').toUpper()));
     }
 }
 
@@ -110,7 +110,7 @@ void Attachment::SetProperty(unsigned int tag, const QVariant &value)
 {
     if (tag != PR_ATTACHMENT_HIDDEN)
         throw StoreError(StoreErrReadOnly, QStringLiteral("Die Eigenschaft 0x%1 kann nicht geändert werden.")
-                                               .arg(tag, 8, 16, QLatin1Char('0')).toUpper());
+                                               .arg(QString::number(tag, 16).rightJustified(8, u'0').toUpper()));
     record().hidden = value.toBool();
     m_item->dirty = true;
 }

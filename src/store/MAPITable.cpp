@@ -18,7 +18,7 @@ void MAPITable::setColumns(const QList<unsigned int> &tags)
     for (unsigned int tag : tags)
         if (tag != PR_ENTRYID && tag != PR_STORE_ENTRYID && tag != PR_DISPLAY_NAME && tag != PR_CONTAINER_CLASS)
             throw StoreError(StoreErrNotFound, QStringLiteral("Die Spalte 0x%1 kann nicht gelesen werden.")
-                                                   .arg(tag, 8, 16, QLatin1Char('0')).toUpper());
+                                                   .arg(QString::number(tag, 16).rightJustified(8, u'0').toUpper()));
     m_columns = tags;
     m_read = false;
 }
