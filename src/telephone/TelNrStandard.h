@@ -6,7 +6,8 @@
 //
 // A number that cannot be resolved against the tables comes back untouched.
 // Settings and tables are cached and re-read as soon as the settings store of
-// this process writes or the database file changes.
+// this process writes or the database file changes. Like the rest of the
+// program it runs on the user-interface thread only.
 
 #include "telephone/TelNrError.h"
 #include "telephone/TelNrSettings.h"

@@ -5,7 +5,7 @@ Reads  <source>/libphonenumber/PhoneNumberMetadata.xml, geocoding/ and carrier/
 Writes <out>/T_CountryCodes.csv and <out>/T_CountryAndAreaCodes.csv, and the
        generated block of the telephone section in <out>/SOURCES.md.
 
-    tools/refdata/telephone.py [--source ../shared/refdata] [--out data/refdb]
+    python3 tools/refdata/telephone.py [--source ../shared/refdata] [--out data/refdb]
 
 The defaults are the shared reference folder beside the repository and the
 repository's data/refdb. The conversion is deterministic: running it twice on
