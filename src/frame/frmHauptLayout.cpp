@@ -159,7 +159,7 @@ void frmHaupt::buildCommandBar()
 
 QWidget *frmHaupt::buildFolderFrame()
 {
-    auto *frame3 = new QGroupBox(this);
+    auto *frame3 = new QFrame(this);
     frame3->setObjectName(QStringLiteral("Frame3"));
     auto *layout = new QVBoxLayout(frame3);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -168,7 +168,7 @@ QWidget *frmHaupt::buildFolderFrame()
 
     auto *treePage = new QWidget(m_frame3Pages);
     auto *treeLayout = new QVBoxLayout(treePage);
-    treeLayout->setContentsMargins(8, 8, 8, 8);
+    treeLayout->setContentsMargins(0, 0, 0, 0);
     m_tvwOrdner = new NodeTree(treePage);
     m_tvwOrdner->setObjectName(QStringLiteral("TvwOrdner"));
     m_tvwOrdner->setImageList(FolderImageList());
@@ -199,12 +199,16 @@ QWidget *frmHaupt::buildSharedFolderFrame()
     m_lblSharedName = new QLabel(nameFrame);
     m_lblSharedName->setObjectName(QStringLiteral("lblName"));
     m_lblSharedName->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    QFont bold = m_lblSharedName->font();
+    bold.setBold(true);
+    m_lblSharedName->setFont(bold);
     (new QVBoxLayout(nameFrame))->addWidget(m_lblSharedName);
 
     auto *folderFrame = new QGroupBox(QStringLiteral("Ordner"), m_frmSharedFolder);
     folderFrame->setObjectName(QStringLiteral("frmFolder"));
     m_lblSharedTyp = new QLabel(folderFrame);
     m_lblSharedTyp->setObjectName(QStringLiteral("lblTyp"));
+    m_lblSharedTyp->setFont(bold);
     (new QVBoxLayout(folderFrame))->addWidget(m_lblSharedTyp);
 
     m_cmdCloseShared = namedButton(QStringLiteral("cmdCloseShared"), QStringLiteral("X"), m_frmSharedFolder);
