@@ -6,10 +6,10 @@
 // While another user's folder is open (frmSharedFolderOpen) the tree is
 // ignored altogether and that folder is the whole selection.
 
+#include "store/MAPIFolder.h"
+
 #include <QList>
 #include <QString>
-
-class MAPIFolder; // the folder handle of the mail store (src/store)
 
 // The values of folderKind that are not a message class. Any other string is
 // taken as the message class that every selected folder must have.

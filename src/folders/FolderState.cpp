@@ -1,6 +1,15 @@
 #include "folders/FolderState.h"
 
-FolderState &Folders()
+#include "folders/FolderStructureFunctions.h"
+
+FolderState::FolderState()
+{
+    timer.setObjectName(QStringLiteral("Timer1"));
+    timer.setInterval(1000);
+    QObject::connect(&timer, &QTimer::timeout, &DelayInspect);
+}
+
+FolderState &FolderData()
 {
     static FolderState state;
     return state;
@@ -8,10 +17,10 @@ FolderState &Folders()
 
 void SetFolderTree(FolderTreeNodes *tree)
 {
-    Folders().tree = tree;
+    FolderData().tree = tree;
 }
 
 QTimer &FolderReadTimer()
 {
-    return Folders().timer;
+    return FolderData().timer;
 }

@@ -8,6 +8,7 @@
 #include "frame/frmHaupt.h"
 
 // Folders
+#include "folders/frmSharedFolderOpen.h"
 
 // Telephone
 #include "telephone/frmTelDB.h"
@@ -34,6 +35,10 @@
 void RegisterMainCommands()
 {
     // Folders: "SharedOpen"
+    RegisterCommand(QStringLiteral("SharedOpen"), [] {
+        frmSharedFolderOpen dialog(MainWindow());
+        dialog.exec();
+    });
 
     // Telephone: "Tel", "TelTest"; the options dialog opens the format
     // editor and the tables.

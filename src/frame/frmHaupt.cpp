@@ -4,6 +4,8 @@
 #include "controls/NodeTree.h"
 #include "controls/OutBar.h"
 #include "folders/FolderState.h"
+#include "folders/FolderStructureFunctions.h"
+#include "folders/SharedFolderFunctions.h"
 #include "frame/CommandRegistry.h"
 #include "frame/GlobalFunctions.h"
 #include "frame/Main.h"
@@ -42,6 +44,7 @@ frmHaupt::frmHaupt(QWidget *parent)
     connect(m_cmdZweigMark, &QPushButton::clicked, this, [this] { CheckMarkedBranch(*m_tvwOrdner); });
     connect(m_cmdAktualisieren, &QPushButton::clicked, this, &frmHaupt::cmdAktualisierenClick);
     connect(m_cmdCloseShared, &QPushButton::clicked, this, [this] {
+        CloseSharedFolder();
         hideSharedFolder();
     });
     connect(m_cmdDupDel, &QPushButton::clicked, this, [this] { runKey(QStringLiteral("DupDel")); });
@@ -69,6 +72,7 @@ void frmHaupt::load()
     // The texts of bar, menus and buttons are set as the widgets are made.
     m_lblStatus->setText(QStringLiteral("Bereit"));
     setWindowTitle(QStringLiteral("Varnex"));
+    tvwFolderFill();
 }
 
 QTimer *frmHaupt::Timer1() const
@@ -165,6 +169,7 @@ void frmHaupt::mnuInfoClick()
 
 void frmHaupt::cmdAktualisierenClick()
 {
+    tvwFolderFill();
     ShowMessage(QStringLiteral("Alle Ordner neu eingelesen."), MsgInformation, QStringLiteral("Info!"));
 }
 
