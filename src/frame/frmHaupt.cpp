@@ -38,7 +38,6 @@ frmHaupt::frmHaupt(QWidget *parent)
     setObjectName(QStringLiteral("frmHaupt"));
     buildLayout();
     resize(1280, 800);
-    setMinimumSize(900, 560);
 
     connect(m_cmdAlleRueck, &QPushButton::clicked, this, [this] { UncheckAllNodes(*m_tvwOrdner); });
     connect(m_cmdZweigMark, &QPushButton::clicked, this, [this] { CheckMarkedBranch(*m_tvwOrdner); });

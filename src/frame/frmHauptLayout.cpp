@@ -14,6 +14,8 @@
 #include <QPainter>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScrollArea>
+#include <QStyle>
 #include <QStackedWidget>
 #include <QStatusBar>
 #include <QVBoxLayout>
@@ -110,13 +112,22 @@ void frmHaupt::buildLayout()
     work->setContentsMargins(0, 0, 8, 0);
     work->setSpacing(8);
     buildCommandBar();
-    work->addWidget(m_outBar);
+    // On a low window the bar scrolls rather than squeezing its buttons.
+    auto *barScroller = new QScrollArea(this);
+    barScroller->setWidget(m_outBar);
+    barScroller->setWidgetResizable(true);
+    barScroller->setFrameShape(QFrame::NoFrame);
+    barScroller->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    barScroller->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
+    m_outBar->setMinimumWidth(m_outBar->sizeHint().width());
+    barScroller->setFixedWidth(m_outBar->sizeHint().width() + style()->pixelMetric(QStyle::PM_ScrollBarExtent));
+    work->addWidget(barScroller);
     auto *panes = new QHBoxLayout;
     panes->setContentsMargins(0, 8, 0, 8);
     panes->setSpacing(8);
     panes->addWidget(buildFolderFrame(), 5);
     panes->addWidget(buildDuplicateFrame(), 5);
-    panes->addWidget(buildHelpPanel(), 0);
+    panes->addWidget(buildHelpPanel(), 1);
     work->addLayout(panes, 1);
     outer->addLayout(work, 1);
     setCentralWidget(central);
@@ -220,6 +231,12 @@ QWidget *frmHaupt::buildSharedFolderFrame()
     layout->addLayout(top);
     layout->addWidget(nameFrame);
     layout->addWidget(folderFrame);
+    auto *note = new QLabel(QStringLiteral("Alle Funktionen arbeiten jetzt nur mit diesem Ordner; die Häkchen im "
+                                           "Ordnerbaum gelten erst wieder, wenn Sie ihn mit X schließen."),
+                            m_frmSharedFolder);
+    note->setWordWrap(true);
+    note->setContentsMargins(2, 8, 2, 0);
+    layout->addWidget(note);
     layout->addStretch(1);
     m_frmSharedFolder->setVisible(false);
     return m_frmSharedFolder;
@@ -253,7 +270,10 @@ QWidget *frmHaupt::buildHelpPanel()
     m_lblHilfe->setObjectName(QStringLiteral("lblHilfe"));
     m_lblHilfe->setWordWrap(true);
     m_lblHilfe->setAlignment(Qt::AlignTop | Qt::AlignLeft);
-    m_lblHilfe->setFixedWidth(270);
+    // The help text yields room to the duplicate results on a narrow window.
+    m_lblHilfe->setMinimumWidth(190);
+    m_lblHilfe->setMaximumWidth(280);
+    m_lblHilfe->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
     m_lblHilfe->setMargin(12);
     m_lblHilfe->setStyleSheet(QStringLiteral("QLabel { background: #fbf7e4; border: 1px solid #e3dbb4;"
                                              " border-radius: 4px; color: #3a3a3a; }"));
