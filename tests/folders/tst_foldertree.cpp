@@ -8,6 +8,9 @@
 #include "frame/RegistryFunctions.h"
 #include "support/TestSupport.h"
 #include "folders/FolderFixture.h"
+#include "frame/frmHaupt.h"
+
+#include <QPushButton>
 
 #include <QElapsedTimer>
 #include <QEventLoop>
@@ -36,6 +39,7 @@ private slots:
     void watchdogOnSlowStore();
     void watchdogNeverStacksQuestions();
     void declinedQuestionNeverReturns();
+    void windowShowsProfileAndRereadsOnRequest();
 
 private:
     QStringList keysInOrder() const;
@@ -364,6 +368,31 @@ void tst_FolderTree::declinedQuestionNeverReturns()
     QCOMPARE(boxes.count(), 1);
     tvwFolderFill(); // a refresh in the same process
     QCOMPARE(boxes.count(), 1);
+}
+
+void tst_FolderTree::windowShowsProfileAndRereadsOnRequest()
+{
+    AddStore(QStringLiteral("Archiv"), true);
+    frmHaupt window;
+    window.load();
+    NodeTree *tree = window.TvwOrdner();
+    QCOMPARE(tree->topLevelItemCount(), 2);
+    QVERIFY(nodeOfPath(*tree, QStringLiteral("Archiv/Kontakte")) > 0);
+    const int contacts = nodeOfPath(*tree, QStringLiteral("Persönliche Ordner/Kontakte"));
+    tree->setChecked(contacts, true);
+    tree->setSelectedIndex(contacts);
+    FolderProfile::folder(QStringLiteral("Persönliche Ordner/Kontakte")).Folders().Add(QStringLiteral("Neu"));
+
+    MessageRecorder boxes;
+    QTest::mouseClick(window.cmdAktualisieren(), Qt::LeftButton);
+    QCOMPARE(boxes.count(), 1);
+    QCOMPARE(boxes.last().prompt, QStringLiteral("Alle Ordner neu eingelesen."));
+    QCOMPARE(boxes.last().buttons, 64);
+    QCOMPARE(boxes.last().title, QStringLiteral("Info!"));
+    QVERIFY(nodeOfPath(*tree, QStringLiteral("Persönliche Ordner/Kontakte/Neu")) > 0);
+    QCOMPARE(tree->selectedIndex(), 0);
+    for (int i = 1; i <= tree->nodeCount(); ++i)
+        QVERIFY(!tree->isChecked(i));
 }
 
 QTEST_MAIN(tst_FolderTree)
