@@ -7,7 +7,7 @@
 
 #include <QString>
 
-class NodeTree;
+struct DupSearchResult;
 
 // The background of every second group of the result tree.
 inline constexpr unsigned kDupGroupColour = 0xFFF4AA; // RGB(255, 244, 170)
@@ -22,6 +22,28 @@ inline constexpr int kDupTreeLimit = 32767;
 // A node the tree refuses ends the filling with error 902; the tree stays as
 // far as it came.
 void ShowDuplicateTree(const DupPairs &pairs, const DupItemTable &table, const QString &itemTypeName);
+
+// The end of a search: the result tree, or with DupEntryIDSave the ID
+// marking (WriteDuplicateIds).
+void ShowDuplicates(const DupSearchResult &result);
+
+// The duplicate command ("Dup"): starts the search for the kind of the marked
+// folder, between SetRunning(true) and SetRunning(false). A folder of any
+// other kind: "Kein gültiger Ordner gewählt.".
+void RemoveDuplicates();
+
+// cmdDupDel: removes the items of the ticked nodes of tvwDups (deleted or
+// moved, by MoveToFolder) and closes the panel. While it runs, the panel's
+// three buttons and the tree are disabled, so that nothing can start it a
+// second time or empty the IDs it works on.
+void RemoveMarkedItems();
+
+// cmdDupView: opens the item of the selected node in the store's item view.
+// No node selected: nothing happens.
+void cmdDupViewClick();
+
+// cmdDupsClose: hides the panel, clears the tree and the IDs of the search.
+void cmdDupsCloseClick();
 
 // Connects "Dup", "DupDel", "DupView", "DupsClose" and "DupsClear" to the
 // main window's dispatch table.

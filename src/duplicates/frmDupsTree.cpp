@@ -1,6 +1,8 @@
 #include "duplicates/frmDups.h"
 
 #include "controls/NodeTree.h"
+#include "duplicates/DupsDel.h"
+#include "frame/RegistryFunctions.h"
 #include "frame/GlobalFunctions.h"
 #include "frame/RunHost.h"
 #include "frame/frmHaupt.h"
@@ -89,4 +91,12 @@ void ShowDuplicateTree(const DupPairs &pairs, const DupItemTable &table, const Q
         return;
     }
     host.setProgressValue(0);
+}
+
+void ShowDuplicates(const DupSearchResult &result)
+{
+    if (GetBoolSetting(QStringLiteral("DupEntryIDSave"), false))
+        WriteDuplicateIds(result);
+    else
+        ShowDuplicateTree(result.pairs, result.table, result.itemTypeName);
 }
