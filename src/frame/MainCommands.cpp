@@ -16,6 +16,7 @@
 #include "telephone/frmVorwahlen.h"
 
 // Duplicates
+#include "duplicates/frmDups.h"
 
 // Names
 #include "names/frmNameCheck.h"
@@ -46,6 +47,7 @@ void RegisterMainCommands()
     frmOptions::setTelephoneDialogs(OpenNumberFormatEditor, OpenTelephoneTables);
 
     // Duplicates: "Dup", "DupDel", "DupView", "DupsClose", "DupsClear"
+    RegisterDuplicateCommands();
 
     // Names: "Nam", "NameCheck"
     RegisterCommand(QStringLiteral("NameCheck"), [] {
