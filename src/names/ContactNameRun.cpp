@@ -3,7 +3,6 @@
 // nine name fields, only when something differs.
 #include "names/NameCorrectionFunctions.h"
 
-#include "folders/FolderFunctions.h"
 #include "frame/GlobalFunctions.h"
 #include "frame/RegistryFunctions.h"
 #include "frame/RunHost.h"
@@ -123,18 +122,15 @@ bool correctFolder(const MAPIFolder &folder, const RunOptions &options, int &cha
 
 } // namespace
 
-void CorrectContactNames()
+void CorrectNamesInFolders(const QList<MAPIFolder> &folders)
 {
-    const FolderSelection selection = CollectFolders(QString::fromLatin1(FolderKind::OnlyContacts), false);
-    if (!selection.ok)
-        return;
     const RunOptions options{GetBoolSetting(QStringLiteral("BusinessNameCheck"), false),
                              GetBoolSetting(QStringLiteral("SubjectNameCorrect"), false)};
     RunHost &host = CurrentRunHost();
     host.SetRunning(true);
     int changed = 0;
     try {
-        for (const MAPIFolder &folder : selection.folders) {
+        for (const MAPIFolder &folder : folders) {
             if (!correctFolder(folder, options, changed)) {
                 // The analysis has shown its error; nothing more is written.
                 host.SetRunning(false);

@@ -2,7 +2,10 @@
 // Name correction: splitting a typed full name into its parts, composing the
 // FileAs and Subject fields from a layout, and the run over contacts.
 
+#include <QList>
 #include <QString>
+
+class MAPIFolder;
 
 // Splits FullName into salutation with titles, first name, further first
 // names, last name and suffix, looking its tokens up in the name tables of
@@ -58,3 +61,8 @@ bool IsLayoutCode(const QString &character);
 // shown error 2502: that contact stays untouched and the run ends at once,
 // without the closing message.
 void CorrectContactNames();
+
+// The run itself over the given contact folders (what CorrectContactNames
+// does once the folders are collected): running state, status line and
+// progress per item, closing message.
+void CorrectNamesInFolders(const QList<MAPIFolder> &folders);
