@@ -19,6 +19,7 @@
 #include "duplicates/frmDups.h"
 
 // Names
+#include "names/NameCorrectionFunctions.h"
 #include "names/frmNameCheck.h"
 
 // Replace
@@ -50,6 +51,7 @@ void RegisterMainCommands()
     RegisterDuplicateCommands();
 
     // Names: "Nam", "NameCheck"
+    RegisterCommand(QStringLiteral("Nam"), [] { CorrectContactNames(); });
     RegisterCommand(QStringLiteral("NameCheck"), [] {
         frmNameCheck dialog(MainWindow());
         dialog.exec();
