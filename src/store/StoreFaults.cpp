@@ -16,6 +16,7 @@ namespace {
 struct ItemFault {
     int kinds = 0;
     int remaining = -1;
+    int succeedFirst = 0;
 };
 
 struct Faults {
@@ -43,9 +44,9 @@ QString describe(int kind)
 
 namespace StoreFaults {
 
-void FailItem(const QString &entryId, int kinds, int times)
+void FailItem(const QString &entryId, int kinds, int times, int after)
 {
-    faults().items.insert(entryId.toUpper(), ItemFault{kinds, times});
+    faults().items.insert(entryId.toUpper(), ItemFault{kinds, times, after});
 }
 
 void Vanish(const QString &entryId)
@@ -82,6 +83,10 @@ void CheckItemFault(int kind, const QString &entryId)
     const auto it = f.items.find(entryId.toUpper());
     if (it == f.items.end() || !(it->kinds & kind) || it->remaining == 0)
         return;
+    if (it->succeedFirst > 0) {
+        --it->succeedFirst;
+        return;
+    }
     if (it->remaining > 0)
         --it->remaining;
     throw StoreError(StoreErrCallFailed, describe(kind));

@@ -19,8 +19,9 @@ enum Kind {
 
 // Makes the item (by EntryID) fail on the operations of kinds (a mask of
 // Kind). times: how many failures before the item behaves again; -1 for
-// every time.
-void FailItem(const QString &entryId, int kinds, int times = -1);
+// every time. after: how many of those operations succeed before the first
+// failure (to fail a run in the middle of an item).
+void FailItem(const QString &entryId, int kinds, int times = -1, int after = 0);
 // Removes the item from its store behind the program's back, as another
 // program would: handles onto it fail at Save, Delete and Move, and
 // GetItemFromID no longer finds it.
