@@ -15,3 +15,22 @@
 // the path counts as existing: a file, a folder, or a link that points
 // nowhere.
 [[nodiscard]] QString UniqueFileName(const QString &path);
+
+// The export (menu "&Anlagen speichern", bar key "Att"): every attachment by
+// value of the mail and post items of the ticked folders that has at least
+// AttSize KB and is not hidden goes into a file in AttPath and is replaced by
+// a link to that file, which keeps the attachment's name as display name.
+// A file is complete and on the disk before its attachment leaves the item.
+// Failures are shown as error 1501.
+void SaveAttachments();
+
+// The re-import (menu "&Anlagen wiederherstellen..."): every link attachment
+// of the ticked mail folders whose file exists becomes an attachment by value
+// again, and the file is deleted once the item is saved. Links whose file is
+// gone stay and are counted. Failures are shown as error 1502.
+void ImportAttachments();
+
+// The move (menu "Anlagen &verschieben..."): asks for a target folder and
+// moves the linked files of the ticked mail folders there (numbered when the
+// name is taken), renewing the links. Failures are shown as error 1503.
+void MoveAttachments();

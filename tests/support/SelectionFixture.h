@@ -1,0 +1,88 @@
+#pragma once
+// A run's whole surrounding for tests of batch runs: an isolated program
+// folder and settings, a real temporary profile, the folder tree read from
+// it, and a run host that records every status text. Folders are ticked by
+// their path below the default store ("Posteingang", "Kontakte/Kunden") or
+// with the store in front ("Archiv/Kontakte").
+
+#include "controls/NodeTree.h"
+#include "controls/Pictures.h"
+#include "folders/FolderFixture.h"
+#include "folders/FolderState.h"
+#include "folders/FolderStructureFunctions.h"
+#include "frame/RunHost.h"
+#include "support/TestSupport.h"
+
+#include <QStringList>
+
+// Keeps every status text and the highest progress maximum of a run.
+class RecordingRunHost : public QuietRunHost
+{
+public:
+    void setStatusText(const QString &text) override
+    {
+        QuietRunHost::setStatusText(text);
+        statusTexts << text;
+    }
+    void setProgressMax(int max) override
+    {
+        QuietRunHost::setProgressMax(max);
+        progressMaxima << max;
+    }
+    QStringList statusTexts;
+    QList<int> progressMaxima;
+};
+
+class SelectionFixture
+{
+public:
+    SelectionFixture()
+    {
+        SetRunHost(&host);
+    }
+    ~SelectionFixture()
+    {
+        SetFolderTree(nullptr);
+        SetRunHost(nullptr);
+    }
+    SelectionFixture(const SelectionFixture &) = delete;
+    SelectionFixture &operator=(const SelectionFixture &) = delete;
+
+    static QString storeName() { return QStringLiteral("Persönliche Ordner"); }
+
+    static QString fullPath(const QString &path)
+    {
+        return path.startsWith(QStringLiteral("Archiv")) ? path : storeName() + u'/' + path;
+    }
+
+    // The folder of the path; the tree is not involved.
+    static MAPIFolder folder(const QString &path) { return FolderProfile::folder(fullPath(path)); }
+
+    // Reads the tree; call after the folders have been made.
+    void readTree()
+    {
+        tree.setImageList(FolderImageList());
+        SetFolderTree(&tree);
+        tvwFolderFill();
+    }
+
+    // Ticks the folders and marks the first of them. Returns false when a
+    // path is not in the tree.
+    [[nodiscard]] bool select(const QStringList &paths)
+    {
+        for (const QString &path : paths) {
+            const int node = nodeOfPath(tree, fullPath(path));
+            if (node <= 0)
+                return false;
+            tree.setChecked(node, true);
+        }
+        if (!paths.isEmpty())
+            tree.setSelectedIndex(nodeOfPath(tree, fullPath(paths.first())));
+        return true;
+    }
+
+    TestEnvironment environment{false};
+    FolderProfile profile;
+    NodeTree tree;
+    RecordingRunHost host;
+};
