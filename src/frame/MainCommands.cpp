@@ -16,10 +16,8 @@
 #include "telephone/frmVorwahlen.h"
 
 // Duplicates
-#include "duplicates/frmDups.h"
 
 // Names
-#include "names/NameCorrectionFunctions.h"
 #include "names/frmNameCheck.h"
 
 // Replace
@@ -27,8 +25,12 @@
 // Restore
 
 // Attachments
+#include "attachments/AttachmentSaveFunctions.h"
+#include "controls/ShellFolderBrowser.h"
 
 // Item tools
+#include "itemtools/frmHoliday.h"
+#include "itemtools/frmMClassChange.h"
 
 // Options
 #include "options/frmOptions.h"
@@ -48,10 +50,8 @@ void RegisterMainCommands()
     frmOptions::setTelephoneDialogs(OpenNumberFormatEditor, OpenTelephoneTables);
 
     // Duplicates: "Dup", "DupDel", "DupView", "DupsClose", "DupsClear"
-    RegisterDuplicateCommands();
 
     // Names: "Nam", "NameCheck"
-    RegisterCommand(QStringLiteral("Nam"), [] { CorrectContactNames(); });
     RegisterCommand(QStringLiteral("NameCheck"), [] {
         frmNameCheck dialog(MainWindow());
         dialog.exec();
@@ -62,8 +62,20 @@ void RegisterMainCommands()
     // Restore: "Undo"
 
     // Attachments: "Att", "AttUndo", "AttMove"
+    RegisterCommand(QStringLiteral("Att"), SaveAttachments);
+    RegisterCommand(QStringLiteral("AttUndo"), ImportAttachments);
+    RegisterCommand(QStringLiteral("AttMove"), MoveAttachments);
+    InstallShellFolderBrowser();
 
     // Item tools: "For", "Hol"
+    RegisterCommand(QStringLiteral("For"), [] {
+        frmMClassChange dialog(MainWindow());
+        dialog.exec();
+    });
+    RegisterCommand(QStringLiteral("Hol"), [] {
+        frmHoliday dialog(MainWindow());
+        dialog.exec();
+    });
 
     // Options: "Opt", "QuickOption"
     RegisterCommand(QStringLiteral("Opt"), [] {
