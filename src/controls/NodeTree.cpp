@@ -85,6 +85,21 @@ QString NodeTree::nodeImage(int index) const
     return item ? item->data(0, ImageRole).toString() : QString();
 }
 
+QColor NodeTree::backColor(int index) const
+{
+    const QTreeWidgetItem *item = node(index);
+    return item ? item->background(0).color() : QColor();
+}
+
+void NodeTree::setBackColor(int index, const QColor &colour)
+{
+    if (QTreeWidgetItem *item = node(index)) {
+        ++m_programChange;
+        item->setBackground(0, colour);
+        --m_programChange;
+    }
+}
+
 bool NodeTree::isChecked(int index) const
 {
     const QTreeWidgetItem *item = node(index);

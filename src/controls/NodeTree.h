@@ -8,6 +8,7 @@
 
 #include "folders/FolderTreeNodes.h"
 
+#include <QColor>
 #include <QHash>
 #include <QIcon>
 #include <QTreeWidget>
@@ -39,6 +40,9 @@ public:
     [[nodiscard]] QTreeWidgetItem *node(int index) const;
     [[nodiscard]] QString nodeText(int index) const;
     [[nodiscard]] QString nodeImage(int index) const;
+    // BackColor of a node, set by the program (no nodeCheck).
+    [[nodiscard]] QColor backColor(int index) const;
+    void setBackColor(int index, const QColor &colour);
 
 signals:
     // The user ticked or unticked the node (its index); it is marked already.

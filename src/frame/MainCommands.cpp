@@ -16,8 +16,10 @@
 #include "telephone/frmVorwahlen.h"
 
 // Duplicates
+#include "duplicates/frmDups.h"
 
 // Names
+#include "names/NameCorrectionFunctions.h"
 #include "names/frmNameCheck.h"
 
 // Replace
@@ -50,8 +52,10 @@ void RegisterMainCommands()
     frmOptions::setTelephoneDialogs(OpenNumberFormatEditor, OpenTelephoneTables);
 
     // Duplicates: "Dup", "DupDel", "DupView", "DupsClose", "DupsClear"
+    RegisterDuplicateCommands();
 
     // Names: "Nam", "NameCheck"
+    RegisterCommand(QStringLiteral("Nam"), [] { CorrectContactNames(); });
     RegisterCommand(QStringLiteral("NameCheck"), [] {
         frmNameCheck dialog(MainWindow());
         dialog.exec();

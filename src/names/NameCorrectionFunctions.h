@@ -2,7 +2,10 @@
 // Name correction: splitting a typed full name into its parts, composing the
 // FileAs and Subject fields from a layout, and the run over contacts.
 
+#include <QList>
 #include <QString>
+
+class MAPIFolder;
 
 // Splits FullName into salutation with titles, first name, further first
 // names, last name and suffix, looking its tokens up in the name tables of
@@ -42,3 +45,24 @@ QString BuildNameLayout(const QString &Title, const QString &FirstName, const QS
 // an upper-cased character. "L" stands for no part: it keeps a separator
 // beside it and is copied as a literal.
 bool IsLayoutCode(const QString &character);
+
+// The command "Namen korrigieren": goes over every contact of the ticked
+// contact folders, analyses its FullName, composes FileAs (and Subject) from
+// the layouts FileAsLayoutEx and SubjectLayout and writes the contact, with
+// backups of its nine name fields, only when a result differs from what it
+// holds. A full name that is a company name (BusinessNameCheck, only for a
+// contact without CompanyName) moves to CompanyName instead. Ends with
+// "n Kontakt(e) geändert."; a store failure shows error 2501 and ends the
+// run, keeping what was saved.
+//
+// Subject is composed, compared and written only when SubjectNameCorrect
+// ("\"Betreff\"-Feld ändern") is set; otherwise the run leaves it as it is.
+// When the name analysis fails (the name tables cannot be read), it has
+// shown error 2502: that contact stays untouched and the run ends at once,
+// without the closing message.
+void CorrectContactNames();
+
+// The run itself over the given contact folders (what CorrectContactNames
+// does once the folders are collected): running state, status line and
+// progress per item, closing message.
+void CorrectNamesInFolders(const QList<MAPIFolder> &folders);

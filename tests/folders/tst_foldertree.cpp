@@ -34,6 +34,8 @@ private slots:
     void idleTimeSetting_data();
     void idleTimeSetting();
     void nodeLimitEndsTheBranch();
+    void containerClassOfRows_data();
+    void containerClassOfRows();
     void unreadableProfileGivesEmptyTree();
     void watchdogOnSlowStore_data();
     void watchdogOnSlowStore();
@@ -253,6 +255,44 @@ void tst_FolderTree::nodeLimitEndsTheBranch()
     QCOMPARE(m_tree->nodeKey(m_tree->nodeCount()), QStringLiteral("K32767"));
     QVERIFY(m_env->readLog().contains(QStringLiteral("Sub: 1")));
     QVERIFY(m_env->readLog().contains(QStringLiteral("Info: Enrol")));
+}
+
+void tst_FolderTree::containerClassOfRows_data()
+{
+    QTest::addColumn<QVariantList>("classes"); // column 3 of three rows
+    QTest::addColumn<QStringList>("images");   // of the nodes that were added
+    QTest::addColumn<bool>("logged");
+    const QVariant none;
+    QTest::newRow("alle bekannt") << QVariantList{"IPF.Contact", "IPF.Task", "IPF.Note"}
+                                  << QStringList{"IPF.Contact", "IPF.Task", "IPF.Note"} << false;
+    QTest::newRow("ohne Klasse wie Mail") << QVariantList{none, "IPF.Journal", none}
+                                          << QStringList{"IPF.Note", "IPF.Journal", "IPF.Note"} << false;
+    QTest::newRow("unbekannte Klasse beendet die Ebene")
+        << QVariantList{"IPF.Contact", "IPF.Configuration", "IPF.Task"} << QStringList{"IPF.Contact"} << true;
+}
+
+void tst_FolderTree::containerClassOfRows()
+{
+    QFETCH(QVariantList, classes);
+    QFETCH(QStringList, images);
+    QFETCH(bool, logged);
+    tvwFolderFill();
+    MAPITable table;
+    table.setItem(FolderProfile::folder(QStringLiteral("Persönliche Ordner")).Folders());
+    table.setColumns({PR_ENTRYID, PR_STORE_ENTRYID, PR_DISPLAY_NAME, PR_CONTAINER_CLASS});
+    table.MoveToStart();
+    QList<QVariantList> rows = table.GetRows(3);
+    for (int i = 0; i < rows.size(); ++i)
+        rows[i][3] = classes.at(i);
+    QVERIFY(m_tree->addNode(QString(), QStringLiteral("K1000"), QStringLiteral("Probe"), QStringLiteral("Post")));
+    const int parent = m_tree->nodeCount();
+    int counter = 1000;
+    Enrol(rows, counter);
+    QStringList actual;
+    for (int child : m_tree->childIndexes(parent))
+        actual.append(m_tree->nodeImage(child));
+    QCOMPARE(actual, images);
+    QCOMPARE(m_env->readLog().contains(QStringLiteral("Info: Enrol")), logged);
 }
 
 void tst_FolderTree::unreadableProfileGivesEmptyTree()
