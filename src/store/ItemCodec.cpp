@@ -8,6 +8,7 @@
 #include "store/ItemSchema.h"
 #include "store/StoreError.h"
 #include "store/StoreFile_p.h"
+#include "store/StoreTime_p.h"
 
 #include <cstring>
 
@@ -16,7 +17,6 @@ namespace {
 enum Tag : quint8 { TagNull = 0, TagText = 1, TagDate = 2, TagBool = 3, TagInt = 4, TagDouble = 5, TagBytes = 6 };
 
 constexpr quint8 s_version = 1;
-constexpr qint64 s_msPerDay = 86400000;
 
 void putVarint(QByteArray &out, quint64 v)
 {
@@ -45,8 +45,7 @@ void putValue(QByteArray &out, const QVariant &v)
     case QMetaType::QDateTime: {
         // Local wall-clock time, as the user entered it: day number and
         // milliseconds of the day, free of time zones.
-        const QDateTime when = v.toDateTime();
-        const qint64 ms = when.date().toJulianDay() * s_msPerDay + when.time().msecsSinceStartOfDay();
+        const qint64 ms = EncodeStoreTime(v.toDateTime());
         out.append(char(TagDate));
         putRaw(out, &ms, sizeof ms);
         break;
@@ -127,9 +126,7 @@ public:
             return s;
         }
         case TagDate: {
-            const qint64 ms = raw<qint64>();
-            const qint64 day = ms >= 0 ? ms / s_msPerDay : (ms - s_msPerDay + 1) / s_msPerDay;
-            return QDateTime(QDate::fromJulianDay(day), QTime::fromMSecsSinceStartOfDay(int(ms - day * s_msPerDay)));
+            return DecodeStoreTime(raw<qint64>());
         }
         case TagBool: return byte() != 0;
         case TagInt: return int(raw<qint64>());
@@ -208,7 +205,9 @@ void DecodeItem(ItemData &item, const StoreFile &store)
         else
             item.foreign.emplace_back(pid, std::move(value));
     }
-    std::sort(item.props.begin(), item.props.end(), [](const auto &a, const auto &b) { return a.first < b.first; });
+    const auto bySlot = [](const auto &a, const auto &b) { return a.first < b.first; };
+    if (!std::is_sorted(item.props.begin(), item.props.end(), bySlot))
+        std::sort(item.props.begin(), item.props.end(), bySlot);
     const quint64 users = in.varint();
     for (quint64 i = 0; i < users; ++i) {
         UserPropRecord u;

@@ -39,8 +39,8 @@ struct ItemData : std::enable_shared_from_this<ItemData> {
     qint64 folderId = 0;
     int itemClass = 0;
     QString messageClass;
-    QDateTime created;   // invalid until the first Save (reads as no date)
-    QDateTime modified;
+    qint64 created = 0;  // StoreTime_p.h; 0 until the first Save (reads as no date)
+    qint64 modified = 0;
 
     // Properties, sorted by slot, only those that hold a value. Decoded from
     // blob on first use.

@@ -9,6 +9,7 @@
 #include "store/StoreFaults_p.h"
 #include "store/StoreFile_p.h"
 #include "store/StoreIds_p.h"
+#include "store/StoreTime_p.h"
 
 #include <QRegularExpression>
 
@@ -202,9 +203,9 @@ QVariant Item::get(const QString &name) const
     if (slot == s.messageClass)
         return d.messageClass;
     if (slot == s.creationTime)
-        return d.created.isValid() ? d.created : NoDate();
+        return d.created != 0 ? DecodeStoreTime(d.created) : NoDate();
     if (slot == s.lastModification)
-        return d.modified.isValid() ? d.modified : NoDate();
+        return d.modified != 0 ? DecodeStoreTime(d.modified) : NoDate();
     d.ensureDecoded();
     if (slot == s.duration && d.itemClass == olAppointment)
         return minutesBetween(stored(d, s.start).toDateTime(), stored(d, s.end).toDateTime());
@@ -227,7 +228,7 @@ void Item::set(const QString &name, const QVariant &value)
     if (slot == s.messageClass) {
         d.messageClass = converted.toString();
     } else if (slot == s.creationTime && d.id == 0) {
-        d.created = IsNoDate(converted.toDateTime()) ? QDateTime() : converted.toDateTime();
+        d.created = IsNoDate(converted.toDateTime()) ? 0 : EncodeStoreTime(converted.toDateTime());
     } else if (def.readOnly) {
         throw StoreError(StoreErrReadOnly, QStringLiteral("Die Eigenschaft \"%1\" kann nicht geändert werden.").arg(name));
     } else {

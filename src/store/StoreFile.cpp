@@ -166,13 +166,8 @@ void StoreFile::loadDictionary()
         fail(q, QStringLiteral("Lesen der Eigenschaftsnamen"));
     m_pidOfSlot = QVector<qint64>(PropertyCount(), -1);
     m_slotOfPid.clear();
-    while (q.next()) {
-        const int slot = PropertySlot(q.value(1).toString());
-        if (slot >= 0) {
-            m_pidOfSlot[slot] = q.value(0).toLongLong();
-            m_slotOfPid.insert(q.value(0).toLongLong(), slot);
-        }
-    }
+    while (q.next())
+        mapPid(q.value(0).toLongLong(), PropertySlot(q.value(1).toString()));
     // Properties that this version added since the file was written.
     if (!m_pidOfSlot.contains(-1))
         return;
@@ -187,10 +182,19 @@ void StoreFile::loadDictionary()
             rollback();
             fail(ins, QStringLiteral("Ergänzen der Eigenschaftsnamen"));
         }
-        m_pidOfSlot[slot] = ins.lastInsertId().toLongLong();
-        m_slotOfPid.insert(m_pidOfSlot[slot], slot);
+        mapPid(ins.lastInsertId().toLongLong(), slot);
     }
     commit();
+}
+
+void StoreFile::mapPid(qint64 pid, int slot)
+{
+    if (slot < 0 || pid < 0 || pid > 1000000)
+        return; // a name this version does not know, or no dictionary number
+    m_pidOfSlot[slot] = pid;
+    if (pid >= m_slotOfPid.size())
+        m_slotOfPid.resize(pid + 1, -1);
+    m_slotOfPid[pid] = slot;
 }
 
 void StoreFile::loadFolders()

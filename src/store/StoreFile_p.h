@@ -100,7 +100,10 @@ public:
 
     // Property dictionary
     [[nodiscard]] qint64 pidOfSlot(int slot) const { return m_pidOfSlot.at(slot); }
-    [[nodiscard]] int slotOfPid(qint64 pid) const { return m_slotOfPid.value(pid, -1); }
+    [[nodiscard]] int slotOfPid(qint64 pid) const
+    {
+        return pid >= 0 && pid < m_slotOfPid.size() ? m_slotOfPid.at(pid) : -1;
+    }
 
     // Many saves in one transaction (creation of large stores); nests.
     void beginBulk();
@@ -123,6 +126,7 @@ private:
     StoreFile(const QString &path, const QString &connection);
     void validateAndLoad();
     void loadDictionary();
+    void mapPid(qint64 pid, int slot);
     void loadFolders();
     void bindItem(QSqlQuery &q, const ItemData &item, const QByteArray &blob);
     std::shared_ptr<ItemData> fromRow(const QSqlQuery &q);
@@ -137,7 +141,7 @@ private:
     QString m_displayName;
     QHash<qint64, FolderRow> m_folders;
     QVector<qint64> m_pidOfSlot;
-    QHash<qint64, int> m_slotOfPid;
+    QVector<int> m_slotOfPid; // by pid; pids are small row numbers
     QHash<qint64, std::weak_ptr<ItemData>> m_loaded;
     QHash<qint64, quint64> m_membership;
     quint64 m_outside = 0;

@@ -6,6 +6,7 @@
 #include "store/StoreFaults.h"
 #include "store/StoreFaults_p.h"
 #include "store/StoreIds_p.h"
+#include "store/StoreTime_p.h"
 
 #include <QSqlError>
 
@@ -17,20 +18,6 @@ enum Statement {
 };
 
 constexpr char s_columns[] = "SELECT id, folder, class, message_class, created, modified, props FROM items ";
-constexpr qint64 s_msPerDay = 86400000;
-
-// Dates of the rows: local wall-clock time as day number and milliseconds.
-qint64 encodeTime(const QDateTime &when)
-{
-    return when.date().toJulianDay() * s_msPerDay + when.time().msecsSinceStartOfDay();
-}
-
-QDateTime decodeTime(qint64 ms)
-{
-    const qint64 day = ms / s_msPerDay;
-    return QDateTime(QDate::fromJulianDay(day), QTime::fromMSecsSinceStartOfDay(int(ms - day * s_msPerDay)));
-}
-
 void run(StoreFile &file, QSqlQuery &q, const QString &what)
 {
     if (!q.exec())
@@ -64,12 +51,13 @@ int StoreFile::itemCount(qint64 folderId)
 std::shared_ptr<ItemData> StoreFile::fromRow(const QSqlQuery &q)
 {
     const qint64 id = q.value(0).toLongLong();
-    std::shared_ptr<ItemData> item = m_loaded.value(id).lock();
+    std::weak_ptr<ItemData> &known = m_loaded[id];
+    std::shared_ptr<ItemData> item = known.lock();
     if (item && (item->dirty || item->loadStamp == m_outside))
         return item; // what this process holds is current
     if (!item) {
         item = std::make_shared<ItemData>();
-        m_loaded.insert(id, item);
+        known = item;
     }
     fillFromRow(*item, q);
     return item;
@@ -82,8 +70,8 @@ void StoreFile::fillFromRow(ItemData &item, const QSqlQuery &q)
     item.folderId = q.value(1).toLongLong();
     item.itemClass = q.value(2).toInt();
     item.messageClass = q.value(3).toString();
-    item.created = decodeTime(q.value(4).toLongLong());
-    item.modified = decodeTime(q.value(5).toLongLong());
+    item.created = q.value(4).toLongLong();
+    item.modified = q.value(5).toLongLong();
     item.blob = q.value(6).toByteArray();
     item.decoded = false;
     item.attachmentsLoaded = false;
@@ -153,9 +141,9 @@ void StoreFile::saveItem(ItemData &item)
         ThrowNotFound(QStringLiteral("Das Element wurde gelöscht oder verschoben und kann nicht gespeichert werden."));
     item.ensureDecoded();
     const QByteArray blob = EncodeItem(item, *this);
-    const QDateTime now = QDateTime::currentDateTime();
+    const qint64 now = EncodeStoreTime(QDateTime::currentDateTime());
     const bool isNew = item.id == 0;
-    const QDateTime created = isNew && !item.created.isValid() ? now : item.created;
+    const qint64 created = isNew && item.created == 0 ? now : item.created;
     qint64 id = item.id;
     QList<AttachmentRecord> attachmentsBefore = item.attachments;
     begin();
@@ -166,8 +154,8 @@ void StoreFile::saveItem(ItemData &item)
             q.bindValue(0, item.folderId);
             q.bindValue(1, item.itemClass);
             q.bindValue(2, item.messageClass);
-            q.bindValue(3, encodeTime(created));
-            q.bindValue(4, encodeTime(now));
+            q.bindValue(3, created);
+            q.bindValue(4, now);
             q.bindValue(5, blob);
             run(*this, q, QStringLiteral("Speichern eines neuen Elements"));
             id = q.lastInsertId().toLongLong();
@@ -175,7 +163,7 @@ void StoreFile::saveItem(ItemData &item)
         } else {
             QSqlQuery &q = prepared(UpdItem, "UPDATE items SET message_class = ?, modified = ?, props = ? WHERE id = ?");
             q.bindValue(0, item.messageClass);
-            q.bindValue(1, encodeTime(now));
+            q.bindValue(1, now);
             q.bindValue(2, blob);
             q.bindValue(3, id);
             run(*this, q, QStringLiteral("Speichern eines Elements"));

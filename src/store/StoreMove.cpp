@@ -10,13 +10,6 @@ namespace {
 
 enum Statement { DelItem = 100, DelAttOfItem, CopyRow, RepointAtt, InsCopy, InsAttCopy };
 
-constexpr qint64 s_msPerDay = 86400000;
-
-qint64 encodeTime(const QDateTime &when)
-{
-    return when.date().toJulianDay() * s_msPerDay + when.time().msecsSinceStartOfDay();
-}
-
 void run(StoreFile &file, QSqlQuery &q, const QString &what)
 {
     if (!q.exec())
@@ -108,8 +101,8 @@ qint64 StoreFile::insertCopy(ItemData &item, qint64 folderId, const QString &fau
         q.bindValue(0, folderId);
         q.bindValue(1, item.itemClass);
         q.bindValue(2, item.messageClass);
-        q.bindValue(3, encodeTime(item.created));
-        q.bindValue(4, encodeTime(item.modified));
+        q.bindValue(3, item.created);
+        q.bindValue(4, item.modified);
         q.bindValue(5, blob);
         run(*this, q, QStringLiteral("Verschieben eines Elements"));
         newId = q.lastInsertId().toLongLong();

@@ -138,8 +138,8 @@ void tst_StoreFaults::faultCountRunsOut()
     TempProfile profile;
     const Item item = savedContact(QStringLiteral("Anna Berg"));
     StoreFaults::FailItem(item.EntryID(), StoreFaults::FailRead | StoreFaults::FailSave, 2);
-    QVERIFY_THROWS_EXCEPTION(StoreError, item.Subject());
-    QVERIFY_THROWS_EXCEPTION(StoreError, item.Class());
+    QVERIFY_THROWS_EXCEPTION(StoreError, (void)item.Subject());
+    QVERIFY_THROWS_EXCEPTION(StoreError, (void)item.Class());
     QCOMPARE(item.Class(), int(olContact));
     QCOMPARE(item.text(QStringLiteral("LastName")), QStringLiteral("Berg"));
 }
