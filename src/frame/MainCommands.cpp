@@ -11,6 +11,7 @@
 #include "folders/frmSharedFolderOpen.h"
 
 // Telephone
+#include "telephone/ContactTelNrRun.h"
 #include "telephone/frmTelDB.h"
 #include "telephone/frmTelPruef.h"
 #include "telephone/frmVorwahlen.h"
@@ -25,6 +26,7 @@
 // Replace
 
 // Restore
+#include "restore/frmUndo.h"
 
 // Attachments
 #include "attachments/AttachmentSaveFunctions.h"
@@ -48,6 +50,7 @@ void RegisterMainCommands()
 
     // Telephone: "Tel", "TelTest"; the options dialog opens the format
     // editor and the tables.
+    RegisterCommand(QStringLiteral("Tel"), [] { RunContactTelNr(); });
     RegisterCommand(QStringLiteral("TelTest"), [] { OpenNumberTest(MainWindow()); });
     frmOptions::setTelephoneDialogs(OpenNumberFormatEditor, OpenTelephoneTables);
 
@@ -64,6 +67,7 @@ void RegisterMainCommands()
     // Replace: "Suc"
 
     // Restore: "Undo"
+    RegisterCommand(QStringLiteral("Undo"), [] { OpenUndo(MainWindow()); });
 
     // Attachments: "Att", "AttUndo", "AttMove"
     RegisterCommand(QStringLiteral("Att"), SaveAttachments);

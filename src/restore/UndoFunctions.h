@@ -27,3 +27,7 @@ bool RestoreField(Item &item, const QString &field);
 // total of the folders' items, the progress bar's maximum. Returns the
 // number of contacts restored, or -1 after a failure or for an unknown kind.
 int RestoreContactBackupsIn(const QList<MAPIFolder> &folders, int itemCount, const QString &kind);
+
+// The command: collects the ticked contact folders and restores the kind
+// ("Names" or "Telephone"); any other kind ends at once.
+void RestoreContactBackups(const QString &kind);

@@ -40,3 +40,6 @@ bool NormaliseContactNumbers(Item &contact, bool hideFax);
 // error 802 (what was saved stays saved). Returns the number of contacts
 // changed, or -1 after a failure.
 int RunContactTelNrOn(const QList<MAPIFolder> &folders, bool hideFax);
+
+// The command: reads HideFax, collects the ticked contact folders and runs.
+void RunContactTelNr();
