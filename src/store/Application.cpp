@@ -71,7 +71,7 @@ MAPIFolder NameSpace::GetFolderFromID(const QString &entryId, const QString &sto
     ApplyStoreDelay(store->storeId());
     store->checkOutsideChanges();
     store->requireFolder(id.row);
-    m_session->checkAccess(*store, id.row);
+    store->checkAccess(id.row);
     return MAPIFolder(store, id.row);
 }
 
@@ -85,7 +85,7 @@ Item NameSpace::GetItemFromID(const QString &entryId, const QString &storeId) co
     std::shared_ptr<ItemData> data = store->loadItem(id.row);
     if (!data || data->gone)
         ThrowNotFound(QStringLiteral("Das Element wurde nicht gefunden. Es wurde gelöscht oder verschoben."));
-    m_session->checkAccess(*store, data->folderId);
+    store->checkAccess(data->folderId);
     return Item(data);
 }
 
@@ -120,6 +120,6 @@ MAPIFolder NameSpace::GetSharedDefaultFolder(const Recipient &recipient, int fol
         ThrowNotFound(QStringLiteral("Das Postfach von %1 hat keinen Standardordner vom Typ %2.")
                           .arg(user->entry.name)
                           .arg(folderType));
-    m_session->checkAccess(*store, id);
+    store->checkAccess(id);
     return MAPIFolder(store, id);
 }

@@ -14,7 +14,7 @@ constexpr int s_batch = 1024;
 struct ItemsData {
     std::shared_ptr<StoreFile> store;
     qint64 folder = 0;
-    std::shared_ptr<const ItemFilter> filter;
+    QList<std::shared_ptr<const ItemFilter>> filters; // all must match
     QVector<qint64> ids;
     QVector<std::shared_ptr<ItemData>> cache;
     quint64 stamp = ~quint64(0);
@@ -29,7 +29,7 @@ struct ItemsData {
         ids = store->itemIds(folder);
         cache = QVector<std::shared_ptr<ItemData>>(ids.size());
         stamp = now;
-        if (filter)
+        if (!filters.isEmpty())
             applyFilter();
     }
 
@@ -45,6 +45,14 @@ struct ItemsData {
                 cache[*it] = item;
     }
 
+    bool matches(const Item &item) const
+    {
+        for (const auto &filter : filters)
+            if (!filter->matches(item))
+                return false;
+        return true;
+    }
+
     void applyFilter()
     {
         QVector<qint64> kept;
@@ -52,7 +60,7 @@ struct ItemsData {
         for (int i = 0; i < ids.size(); ++i) {
             if (!cache[i])
                 load(i);
-            if (cache[i] && filter->matches(Item(cache[i]))) {
+            if (cache[i] && matches(Item(cache[i]))) {
                 kept << ids[i];
                 keptCache << cache[i];
             }
@@ -140,7 +148,8 @@ Items Items::Restrict(const QString &filter) const
     auto data = std::make_shared<ItemsData>();
     data->store = m_data->store;
     data->folder = m_data->folder;
-    data->filter = ItemFilter::parse(filter);
+    data->filters = m_data->filters; // a restriction of a restriction keeps both
+    data->filters << ItemFilter::parse(filter);
     data->refresh();
     return Items(data);
 }

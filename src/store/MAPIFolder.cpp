@@ -77,12 +77,14 @@ MAPIFolder MAPIFolder::Parent() const
 Items MAPIFolder::Items() const
 {
     row();
+    m_store->checkAccess(m_id);
     return MakeItems(m_store, m_id);
 }
 
 Folders MAPIFolder::Folders() const
 {
     row();
+    m_store->checkAccess(m_id);
     ::Folders children;
     children.m_store = m_store;
     children.m_parent = m_id;

@@ -132,7 +132,9 @@ MAPIFolder AddAddressBookUser(const QString &name, const QStringList &aliases, c
 {
     const std::shared_ptr<Session> s = session();
     const Session::User user = s->addUser(name, aliases, address);
-    const std::shared_ptr<StoreFile> store = s->mailbox(user);
+    // Opened apart from the session, without the access rule, so that the
+    // caller can fill the mailbox as its owner would.
+    const std::shared_ptr<StoreFile> store = StoreFile::open(QDir(s->folder()).filePath(user.mailboxFile));
     return MAPIFolder(store, store->root());
 }
 

@@ -34,8 +34,8 @@ void CreateProfile(const QString &folder = ProfileFolder());
 MAPIFolder AddStore(const QString &displayName, bool defaultFolders = false);
 
 // Adds a user to the address book of the current profile, with a mailbox
-// store of the default folders, and returns the mailbox's root (so that a
-// demo or a test can fill it). Names and aliases must be unique, ignoring
+// store of the default folders, and returns the mailbox's root as its owner
+// sees it, without access rules (so that a demo or a test can fill it). Names and aliases must be unique, ignoring
 // case; a clash throws StoreError.
 MAPIFolder AddAddressBookUser(const QString &name, const QStringList &aliases, const QString &address);
 // Grants or refuses the current user access to one default folder type of

@@ -107,6 +107,13 @@ std::shared_ptr<StoreFile> Session::openFile(const QString &fileName)
     if (const auto it = m_open.constFind(fileName); it != m_open.cend())
         return *it;
     std::shared_ptr<StoreFile> store = StoreFile::open(QDir(m_folder).filePath(fileName));
+    if (mailboxOwner(*store)) {
+        std::weak_ptr<Session> session = weak_from_this();
+        store->setAccessRule([session](StoreFile &file, qint64 folder) {
+            if (const std::shared_ptr<Session> s = session.lock())
+                s->checkAccess(file, folder);
+        });
+    }
     m_open.insert(fileName, store);
     return store;
 }
@@ -247,7 +254,7 @@ Session::User Session::addUser(const QString &name, const QStringList &aliases, 
     check(q.exec(QStringLiteral("BEGIN IMMEDIATE")), q, m_folder);
     q.prepare(QStringLiteral("INSERT INTO users(name, address, mailbox_file, store_key) VALUES(?, ?, ?, ?)"));
     q.addBindValue(name.trimmed());
-    q.addBindValue(address.trimmed());
+    q.addBindValue(address.trimmed().isEmpty() ? QStringLiteral("") : address.trimmed()); // never NULL
     q.addBindValue(fileName);
     q.addBindValue(QString::fromLatin1(key.toHex()));
     bool ok = q.exec();

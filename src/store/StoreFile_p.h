@@ -12,6 +12,7 @@
 #include <QString>
 #include <QVector>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -105,6 +106,15 @@ public:
         return pid >= 0 && pid < m_slotOfPid.size() ? m_slotOfPid.at(pid) : -1;
     }
 
+    // Another user's mailbox: the rule that refuses folders the owner did not
+    // share (StoreErrAccessDenied). Own stores have none.
+    void setAccessRule(std::function<void(StoreFile &, qint64)> rule) { m_accessRule = std::move(rule); }
+    void checkAccess(qint64 folderId)
+    {
+        if (m_accessRule)
+            m_accessRule(*this, folderId);
+    }
+
     // Many saves in one transaction (creation of large stores); nests.
     void beginBulk();
     void endBulk(bool commit);
@@ -148,6 +158,7 @@ private:
     qint64 m_dataVersion = -1;
     int m_depth = 0;
     std::vector<std::unique_ptr<QSqlQuery>> m_statements;
+    std::function<void(StoreFile &, qint64)> m_accessRule;
 };
 
 // Raises StoreErrNotFound with a German description.

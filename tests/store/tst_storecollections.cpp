@@ -45,6 +45,7 @@ private slots:
     void badFiltersAreRefused_data();
     void badFiltersAreRefused();
     void findWithoutMatchGivesNullItem();
+    void restrictionOfRestrictionKeepsBoth();
 };
 
 void tst_StoreCollections::positionsAreOneBasedInOrderOfArrival()
@@ -277,6 +278,23 @@ void tst_StoreCollections::findWithoutMatchGivesNullItem()
     } catch (const StoreError &e) {
         QCOMPARE(e.number(), int(StoreErrNoObject));
     }
+}
+
+void tst_StoreCollections::restrictionOfRestrictionKeepsBoth()
+{
+    TempProfile profile;
+    const MAPIFolder contacts = TempProfile::folderOf(olFolderContacts);
+    addContact(contacts, QStringLiteral("Urs Meier"), QStringLiteral("Schweiz"));
+    addContact(contacts, QStringLiteral("Eva Meier"), QStringLiteral("Deutschland"));
+    addContact(contacts, QStringLiteral("Urs Huber"), QStringLiteral("Schweiz"));
+    const Items swiss = contacts.Items().Restrict(QStringLiteral("[HomeAddressCountry] = 'Schweiz'"));
+    const Items swissMeier = swiss.Restrict(QStringLiteral("[LastName] = 'Meier'"));
+    QCOMPARE(swiss.Count(), 2);
+    QCOMPARE(swissMeier.Count(), 1);
+    QCOMPARE(swissMeier.Item(1).text(QStringLiteral("FullName")), QStringLiteral("Urs Meier"));
+    // The restriction follows the folder: a new match is counted.
+    addContact(contacts, QStringLiteral("Beat Meier"), QStringLiteral("Schweiz"));
+    QCOMPARE(swissMeier.Count(), 2);
 }
 
 QTEST_GUILESS_MAIN(tst_StoreCollections)

@@ -36,6 +36,7 @@ private slots:
     void sharedDefaultFolder_data();
     void sharedDefaultFolder();
     void sharedFolderIdsKeepTheirAccess();
+    void unsharedFoldersStayClosed();
     void addressBookRefusesClashes();
     void tableReadsSubfoldersInOneGo();
     void tableNeedsMoveToStartAndKnownColumns();
@@ -132,8 +133,33 @@ void tst_StoreSession::sharedFolderIdsKeepTheirAccess()
     QCOMPARE(TempProfile::ns().GetFolderFromID(sub.EntryID(), sub.StoreID()).Name(), QStringLiteral("Urlaub"));
     const QString itemId = calendar.Items().Item(1).EntryID();
     QCOMPARE(TempProfile::ns().GetItemFromID(itemId).Subject(), QStringLiteral("Teamrunde"));
-    const MAPIFolder inbox = calendar.Parent().Folders().Item(QStringLiteral("Posteingang"));
-    QVERIFY_THROWS_EXCEPTION(StoreError, TempProfile::ns().GetFolderFromID(inbox.EntryID(), inbox.StoreID()));
+}
+
+void tst_StoreSession::unsharedFoldersStayClosed()
+{
+    TempProfile profile;
+    const MAPIFolder karl = AddAddressBookUser(QStringLiteral("Karl Klein"), {}, QString());
+    SetMailboxAccess(QStringLiteral("Karl Klein"), olFolderCalendar, true);
+    const QString inboxId = karl.Folders().Item(QStringLiteral("Posteingang")).EntryID();
+    const NameSpace ns = TempProfile::ns();
+    const MAPIFolder calendar = ns.GetSharedDefaultFolder(ns.CreateRecipient(QStringLiteral("Karl Klein")), olFolderCalendar);
+    QCOMPARE(calendar.Items().Count(), 0);
+    const QList<std::function<void()>> refused = {
+        [&] { (void)ns.GetFolderFromID(inboxId); },
+        [&] { (void)calendar.Parent().Folders(); },
+        [&] { (void)calendar.Parent().Items(); },
+    };
+    for (const auto &attempt : refused) {
+        try {
+            attempt();
+            QFAIL("no StoreError");
+        } catch (const StoreError &e) {
+            QCOMPARE(e.number(), int(StoreErrAccessDenied));
+        }
+    }
+    // Access given later counts at once.
+    SetMailboxAccess(QStringLiteral("Karl Klein"), olFolderInbox, true);
+    QCOMPARE(ns.GetFolderFromID(inboxId).Name(), QStringLiteral("Posteingang"));
 }
 
 void tst_StoreSession::addressBookRefusesClashes()
