@@ -24,6 +24,7 @@
 #include "names/frmNameCheck.h"
 
 // Replace
+#include "replace/frmReplace.h"
 
 // Restore
 #include "restore/frmUndo.h"
@@ -65,6 +66,10 @@ void RegisterMainCommands()
     });
 
     // Replace: "Suc"
+    RegisterCommand(QStringLiteral("Suc"), [] {
+        frmReplace dialog(MainWindow());
+        dialog.exec();
+    });
 
     // Restore: "Undo"
     RegisterCommand(QStringLiteral("Undo"), [] { OpenUndo(MainWindow()); });

@@ -1,0 +1,485 @@
+// The find and replace dialog driven through its widgets, offscreen, on a
+// real profile with a real folder tree: the type from the marked folder, the
+// option clicks, a run and its undo by the buttons, a close during a run.
+#include "controls/NodeTree.h"
+#include "controls/Pictures.h"
+#include "controls/WaitBar.h"
+#include "controls/sevText.h"
+#include "folders/FolderFixture.h"
+#include "folders/FolderStructureFunctions.h"
+#include "frame/CommandRegistry.h"
+#include "frame/MainCommands.h"
+#include "replace/frmReplace.h"
+#include "support/TestSupport.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QTimer>
+
+namespace {
+
+const QString Store = QStringLiteral("Persönliche Ordner");
+
+template <typename Widget>
+Widget *child(const QWidget &dialog, const char *name)
+{
+    auto *widget = dialog.findChild<Widget *>(QString::fromLatin1(name));
+    if (!widget)
+        qFatal("no control %s", name);
+    return widget;
+}
+
+QStringList Prompts(const MessageRecorder &boxes)
+{
+    QStringList prompts;
+    for (const MessageRequest &request : boxes.requests())
+        prompts << request.prompt;
+    return prompts;
+}
+
+// Types text key by key, umlauts included (keyClicks takes ASCII only).
+void type(QWidget *widget, const QString &text)
+{
+    for (const QChar c : text)
+        QTest::sendKeyEvent(QTest::Click, widget, Qt::Key_unknown, QString(c), Qt::NoModifier);
+}
+
+void click(QWidget *widget)
+{
+    QTest::mouseClick(widget, Qt::LeftButton, {}, QPoint(8, widget->height() / 2));
+}
+
+void clickRow(QListWidget *list, int row)
+{
+    list->scrollToItem(list->item(row));
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(list->item(row)).center());
+}
+
+} // namespace
+
+class tst_frmReplace : public QObject
+{
+    Q_OBJECT
+private slots:
+    void initTestCase() { QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany)); }
+    void init();
+    void cleanup();
+    void opensWithTheListOfTheMarkedFolder_data();
+    void opensWithTheListOfTheMarkedFolder();
+    void mixedFoldersDisableBothButtons();
+    void nothingMarkedSaysNoValidFolder();
+    void optionClicks_data();
+    void optionClicks();
+    void newStringReadsHiddenFindText();
+    void runAndUndoByTheButtons();
+    void nothingSelectedDoesNothing();
+    void runWithoutChangesKeepsTheUndo();
+    void brokenRunLeavesTheUndoEnabled();
+    void closeDuringRunAsksToStop_data();
+    void closeDuringRunAsksToStop();
+    void userFieldNamesAreRemembered();
+    void commandOpensTheDialog();
+    void renderDialog();
+
+private:
+    void tickAndMark(const QStringList &names);
+    Item contact(const QString &lastName);
+
+    TestEnvironment *m_env = nullptr;
+    FolderProfile *m_profile = nullptr;
+    NodeTree *m_tree = nullptr;
+};
+
+void tst_frmReplace::init()
+{
+    m_env = new TestEnvironment(false);
+    m_profile = new FolderProfile;
+    // One item in every default folder, so that none is refused as empty.
+    for (const char *name : {"Kalender", "Aufgaben", "Posteingang", "Notizen", "Journal"})
+        FolderProfile::addItems(FolderProfile::folder(Store + u'/' + QString::fromUtf8(name)), 1);
+    m_tree = new NodeTree;
+    m_tree->setImageList(FolderImageList());
+    SetFolderTree(m_tree);
+}
+
+void tst_frmReplace::cleanup()
+{
+    SetFolderTree(nullptr);
+    delete m_tree;
+    delete m_profile;
+    delete m_env;
+}
+
+// Ticks the folders (names below the default store) and marks the first.
+void tst_frmReplace::tickAndMark(const QStringList &names)
+{
+    tvwFolderFill();
+    for (const QString &name : names) {
+        const int node = nodeOfPath(*m_tree, Store + u'/' + name);
+        QVERIFY2(node > 0, qPrintable(name));
+        m_tree->setChecked(node, true);
+    }
+    m_tree->setSelectedIndex(nodeOfPath(*m_tree, Store + u'/' + names.first()));
+}
+
+Item tst_frmReplace::contact(const QString &lastName)
+{
+    Item item = FolderProfile::folder(Store + QStringLiteral("/Kontakte")).Items().Add(olContact);
+    item.set(QStringLiteral("LastName"), lastName);
+    item.Save();
+    return item;
+}
+
+void tst_frmReplace::opensWithTheListOfTheMarkedFolder_data()
+{
+    QTest::addColumn<QString>("folder");
+    QTest::addColumn<int>("rows");
+    QTest::addColumn<QString>("firstCaption");
+    QTest::addColumn<QString>("lastCaption");
+
+    QTest::newRow("Kontakte") << "Kontakte" << 95 << "Abrechnungsinformationen" << "weitere Vorn.";
+    QTest::newRow("Kalender") << "Kalender" << 6 << "Beginn um" << "Ort";
+    QTest::newRow("Aufgaben") << "Aufgaben" << 11 << "Abrechnungsinfo" << "Zuständig";
+    QTest::newRow("Posteingang") << "Posteingang" << 2 << "Betreff" << "Text";
+    QTest::newRow("Notizen") << "Notizen" << 1 << "Text" << "Text";
+    QTest::newRow("Journal") << "Journal" << 2 << "Betreff" << "Text";
+}
+
+void tst_frmReplace::opensWithTheListOfTheMarkedFolder()
+{
+    QFETCH(QString, folder);
+    QFETCH(int, rows);
+    QFETCH(QString, firstCaption);
+    QFETCH(QString, lastCaption);
+
+    contact(QStringLiteral("Müller"));
+    tickAndMark({folder});
+    MessageRecorder boxes;
+    frmReplace dialog;
+    QCOMPARE(boxes.count(), 0);
+    auto *list = child<QListWidget>(dialog, "lstFields");
+    QCOMPARE(list->count(), rows);
+    QCOMPARE(list->item(0)->text(), firstCaption);
+    QCOMPARE(list->item(rows - 1)->text(), lastCaption);
+    QVERIFY(list->selectedItems().isEmpty());
+    QVERIFY(child<QPushButton>(dialog, "cmdReplace")->isEnabled());
+    QVERIFY(!child<QPushButton>(dialog, "cmdUndo")->isEnabled());
+    for (const char *box : {"chkLeer", "chkReplace", "chkWord", "chkUserDef"})
+        QVERIFY2(!child<QCheckBox>(dialog, box)->isChecked(), box);
+    QVERIFY(child<QLineEdit>(dialog, "txtFind")->text().isEmpty());
+    QVERIFY(child<QLineEdit>(dialog, "txtReplace")->text().isEmpty());
+    QVERIFY(child<sevText>(dialog, "txtUserDef")->text().isEmpty());
+}
+
+// A ticked folder of another class than the marked one: the selection
+// refuses, and the dialog can only be closed.
+void tst_frmReplace::mixedFoldersDisableBothButtons()
+{
+    contact(QStringLiteral("Müller"));
+    tickAndMark({QStringLiteral("Kontakte"), QStringLiteral("Kalender")});
+    MessageRecorder boxes;
+    frmReplace dialog;
+    QCOMPARE(Prompts(boxes), QStringList{"Bitte wählen Sie für diese Funktion nur gleichartige Ordner aus."});
+    QCOMPARE(child<QListWidget>(dialog, "lstFields")->count(), 0);
+    QVERIFY(!child<QPushButton>(dialog, "cmdReplace")->isEnabled());
+    QVERIFY(!child<QPushButton>(dialog, "cmdUndo")->isEnabled());
+}
+
+void tst_frmReplace::nothingMarkedSaysNoValidFolder()
+{
+    tvwFolderFill();
+    MessageRecorder boxes;
+    frmReplace dialog;
+    QCOMPARE(Prompts(boxes), QStringList{"Kein gültiger Ordner gewählt."});
+    QCOMPARE(boxes.last().buttons, int(MsgStop));
+    QCOMPARE(boxes.last().title, QStringLiteral("Hinweis!"));
+    QCOMPARE(child<QListWidget>(dialog, "lstFields")->count(), 0);
+    QVERIFY(!child<QPushButton>(dialog, "cmdReplace")->isEnabled());
+}
+
+void tst_frmReplace::optionClicks_data()
+{
+    // Clicks: L chkLeer, R chkReplace, W chkWord, U chkUserDef. The state
+    // letters: F txtFind visible; l/r/w enabled boxes; L/R/W checked boxes;
+    // T txtUserDef enabled.
+    QTest::addColumn<QString>("clicks");
+    QTest::addColumn<QString>("state");
+
+    QTest::newRow("beim Öffnen") << "" << "FlrwT";
+    QTest::newRow("leere Felder an") << "L" << "lLT";
+    QTest::newRow("leere Felder wieder aus") << "LL" << "FlrwT";
+    QTest::newRow("ganzes Feld an") << "R" << "rRT";
+    QTest::newRow("ganzes Feld wieder aus") << "RR" << "FlrwT";
+    QTest::newRow("ganzes Feld sperrt leere Felder") << "RL" << "rRT";
+    QTest::newRow("Wort bleibt gesetzt, wenn gesperrt") << "WL" << "lLWT";
+    QTest::newRow("Wort wieder frei") << "WLL" << "FlrwWT";
+    QTest::newRow("benutzerdefiniertes Feld an") << "U" << "FlrwT";
+    QTest::newRow("benutzerdefiniertes Feld aus") << "UU" << "Flrw";
+}
+
+void tst_frmReplace::optionClicks()
+{
+    QFETCH(QString, clicks);
+    QFETCH(QString, state);
+
+    contact(QStringLiteral("Müller"));
+    tickAndMark({QStringLiteral("Kontakte")});
+    MessageRecorder boxes;
+    frmReplace dialog;
+    dialog.show();
+    auto *leer = child<QCheckBox>(dialog, "chkLeer");
+    auto *replace = child<QCheckBox>(dialog, "chkReplace");
+    auto *word = child<QCheckBox>(dialog, "chkWord");
+    auto *userDef = child<QCheckBox>(dialog, "chkUserDef");
+    for (const QChar c : clicks)
+        click(c == u'L' ? leer : c == u'R' ? replace : c == u'W' ? word : userDef);
+
+    QString actual;
+    auto add = [&](bool on, char letter) {
+        if (on)
+            actual += QLatin1Char(letter);
+    };
+    add(child<QLineEdit>(dialog, "txtFind")->isVisible(), 'F');
+    add(leer->isEnabled(), 'l');
+    add(leer->isChecked(), 'L');
+    add(replace->isEnabled(), 'r');
+    add(replace->isChecked(), 'R');
+    add(word->isEnabled(), 'w');
+    add(word->isChecked(), 'W');
+    add(child<sevText>(dialog, "txtUserDef")->isEnabled(), 'T');
+    QCOMPARE(actual, state);
+}
+
+// A hidden search text and a disabled whole-word box still count.
+void tst_frmReplace::newStringReadsHiddenFindText()
+{
+    contact(QStringLiteral("Müller"));
+    tickAndMark({QStringLiteral("Kontakte")});
+    MessageRecorder boxes;
+    frmReplace dialog;
+    dialog.show();
+    type(child<QLineEdit>(dialog, "txtFind"), QStringLiteral("Max"));
+    type(child<QLineEdit>(dialog, "txtReplace"), QStringLiteral("Moritz"));
+    click(child<QCheckBox>(dialog, "chkWord"));
+    click(child<QCheckBox>(dialog, "chkLeer"));
+    QVERIFY(!child<QLineEdit>(dialog, "txtFind")->isVisible());
+    QCOMPARE(dialog.newString(QString()), QStringLiteral("Moritz"));
+    QCOMPARE(dialog.newString(QStringLiteral("Max Muster")), QStringLiteral("Moritz Muster"));
+    QCOMPARE(dialog.newString(QStringLiteral("Maxi Muster")), QStringLiteral("Maxi Muster"));
+}
+
+void tst_frmReplace::runAndUndoByTheButtons()
+{
+    const Item first = contact(QStringLiteral("Müller"));
+    const Item second = contact(QStringLiteral("MÜLLER-Lüdenscheidt"));
+    const Item other = contact(QStringLiteral("Schulz"));
+    tickAndMark({QStringLiteral("Kontakte")});
+    MessageRecorder boxes;
+    frmReplace dialog;
+    dialog.show();
+    type(child<QLineEdit>(dialog, "txtFind"), QStringLiteral("müller"));
+    type(child<QLineEdit>(dialog, "txtReplace"), QStringLiteral("Meier"));
+    clickRow(child<QListWidget>(dialog, "lstFields"), 39); // Nachname
+    click(child<QPushButton>(dialog, "cmdReplace"));
+
+    QCOMPARE(Prompts(boxes), QStringList{"2 Ersetzungen wurden vorgenommen."});
+    QCOMPARE(dialog.undoLists().fields.size(), 2);
+    QVERIFY(child<QPushButton>(dialog, "cmdUndo")->isEnabled());
+    QVERIFY(child<QPushButton>(dialog, "cmdReplace")->isEnabled());
+    QVERIFY(child<QLineEdit>(dialog, "txtFind")->isEnabled());
+    QVERIFY(!child<WaitBar>(dialog, "sevWaitBar1")->isRunning());
+    NameSpace session = Application().GetNamespace();
+    QCOMPARE(session.GetItemFromID(first.EntryID()).text("LastName"), QStringLiteral("Meier"));
+    QCOMPARE(session.GetItemFromID(second.EntryID()).text("LastName"), QStringLiteral("Meier-Lüdenscheidt"));
+    QCOMPARE(session.GetItemFromID(other.EntryID()).text("LastName"), QStringLiteral("Schulz"));
+
+    boxes.clear();
+    click(child<QPushButton>(dialog, "cmdUndo"));
+    QCOMPARE(Prompts(boxes), QStringList{"2 Ersetzungen rückgängig gemacht."});
+    QVERIFY(!child<QPushButton>(dialog, "cmdUndo")->isEnabled());
+    QVERIFY(child<QPushButton>(dialog, "cmdReplace")->isEnabled());
+    QCOMPARE(session.GetItemFromID(first.EntryID()).text("LastName"), QStringLiteral("Müller"));
+    QCOMPARE(session.GetItemFromID(second.EntryID()).text("LastName"), QStringLiteral("MÜLLER-Lüdenscheidt"));
+
+    // A second click on the disabled button cannot apply the lists twice.
+    boxes.clear();
+    click(child<QPushButton>(dialog, "cmdUndo"));
+    QCOMPARE(boxes.count(), 0);
+}
+
+void tst_frmReplace::nothingSelectedDoesNothing()
+{
+    contact(QStringLiteral("Müller"));
+    tickAndMark({QStringLiteral("Kontakte")});
+    MessageRecorder boxes;
+    frmReplace dialog;
+    dialog.show();
+    type(child<QLineEdit>(dialog, "txtFind"), QStringLiteral("Müller"));
+    click(child<QPushButton>(dialog, "cmdReplace"));
+    QCOMPARE(boxes.count(), 0);
+    QVERIFY(!child<QPushButton>(dialog, "cmdUndo")->isEnabled());
+}
+
+// A later run without changes leaves the undo enabled, with empty lists.
+void tst_frmReplace::runWithoutChangesKeepsTheUndo()
+{
+    const Item item = contact(QStringLiteral("Müller"));
+    tickAndMark({QStringLiteral("Kontakte")});
+    MessageRecorder boxes;
+    frmReplace dialog;
+    dialog.show();
+    auto *find = child<QLineEdit>(dialog, "txtFind");
+    type(find, QStringLiteral("Müller"));
+    type(child<QLineEdit>(dialog, "txtReplace"), QStringLiteral("Meier"));
+    clickRow(child<QListWidget>(dialog, "lstFields"), 39);
+    click(child<QPushButton>(dialog, "cmdReplace"));
+    click(child<QPushButton>(dialog, "cmdReplace")); // nothing left to find
+    QCOMPARE(Prompts(boxes),
+             (QStringList{"1 Ersetzungen wurden vorgenommen.", "0 Ersetzungen wurden vorgenommen."}));
+    QVERIFY(child<QPushButton>(dialog, "cmdUndo")->isEnabled());
+    QCOMPARE(dialog.undoLists().recordCount(), 0);
+
+    boxes.clear();
+    click(child<QPushButton>(dialog, "cmdUndo"));
+    QCOMPARE(boxes.count(), 0);
+    QCOMPARE(Application().GetNamespace().GetItemFromID(item.EntryID()).text("LastName"), QStringLiteral("Meier"));
+}
+
+// A run that ends through error 59 leaves its records for the undo.
+void tst_frmReplace::brokenRunLeavesTheUndoEnabled()
+{
+    const Item first = contact(QStringLiteral("Müller"));
+    const Item broken = contact(QStringLiteral("Müller"));
+    tickAndMark({QStringLiteral("Kontakte")});
+    MessageRecorder boxes;
+    frmReplace dialog;
+    dialog.show();
+    StoreFaults::FailItem(broken.EntryID(), StoreFaults::FailRead);
+    type(child<QLineEdit>(dialog, "txtFind"), QStringLiteral("Müller"));
+    type(child<QLineEdit>(dialog, "txtReplace"), QStringLiteral("Meier"));
+    clickRow(child<QListWidget>(dialog, "lstFields"), 39);
+    click(child<QPushButton>(dialog, "cmdReplace"));
+
+    QCOMPARE(boxes.count(), 1);
+    QVERIFY2(boxes.last().prompt.contains("Nr.: 59 /"), qPrintable(boxes.last().prompt));
+    QVERIFY(child<QPushButton>(dialog, "cmdUndo")->isEnabled());
+    QVERIFY(child<QPushButton>(dialog, "cmdReplace")->isEnabled());
+    QVERIFY(child<QCheckBox>(dialog, "chkWord")->isEnabled());
+    QVERIFY(!child<WaitBar>(dialog, "sevWaitBar1")->isRunning());
+
+    StoreFaults::Reset();
+    boxes.clear();
+    click(child<QPushButton>(dialog, "cmdUndo"));
+    QCOMPARE(Prompts(boxes), QStringList{"1 Ersetzungen rückgängig gemacht."});
+    QCOMPARE(Application().GetNamespace().GetItemFromID(first.EntryID()).text("LastName"), QStringLiteral("Müller"));
+}
+
+void tst_frmReplace::closeDuringRunAsksToStop_data()
+{
+    QTest::addColumn<int>("answer");
+    QTest::addColumn<int>("changes");
+    QTest::newRow("Ja hält nach dem Element an") << int(AnswerYes) << 1;
+    QTest::newRow("Nein lässt weiterlaufen") << int(AnswerNo) << 3;
+}
+
+// Closing during a run never closes the dialog (its undo data would be
+// lost); it offers to stop after the current item.
+void tst_frmReplace::closeDuringRunAsksToStop()
+{
+    QFETCH(int, answer);
+    QFETCH(int, changes);
+
+    for (int i = 0; i < 3; ++i)
+        contact(QStringLiteral("Müller"));
+    tickAndMark({QStringLiteral("Kontakte")});
+    MessageRecorder boxes;
+    boxes.script({answer});
+    frmReplace dialog;
+    dialog.show();
+    type(child<QLineEdit>(dialog, "txtFind"), QStringLiteral("Müller"));
+    type(child<QLineEdit>(dialog, "txtReplace"), QStringLiteral("Meier"));
+    clickRow(child<QListWidget>(dialog, "lstFields"), 39);
+
+    bool inputsDisabled = false;
+    QTimer::singleShot(0, &dialog, [&] {
+        inputsDisabled = !child<QPushButton>(dialog, "cmdReplace")->isEnabled()
+            && !child<QPushButton>(dialog, "cmdUndo")->isEnabled()
+            && !child<QLineEdit>(dialog, "txtFind")->isEnabled()
+            && child<QListWidget>(dialog, "lstFields")->isEnabled()
+            && child<WaitBar>(dialog, "sevWaitBar1")->isRunning();
+        dialog.close();
+    });
+    click(child<QPushButton>(dialog, "cmdReplace"));
+
+    QVERIFY(inputsDisabled);
+    QVERIFY(dialog.isVisible());
+    QCOMPARE(Prompts(boxes),
+             (QStringList{"Der Ersetzungsvorgang läuft noch. Möchten Sie ihn nach dem aktuellen Element abbrechen?",
+                          QString::number(changes) + " Ersetzungen wurden vorgenommen."}));
+    QCOMPARE(boxes.requests().first().buttons, int(MsgQuestionDefaultNo));
+    QVERIFY(child<QPushButton>(dialog, "cmdUndo")->isEnabled());
+
+    // Once idle, the dialog closes as usual.
+    dialog.close();
+    QVERIFY(!dialog.isVisible());
+}
+
+void tst_frmReplace::userFieldNamesAreRemembered()
+{
+    contact(QStringLiteral("Müller"));
+    tickAndMark({QStringLiteral("Kontakte")});
+    MessageRecorder boxes;
+    {
+        frmReplace dialog;
+        dialog.show();
+        click(child<QCheckBox>(dialog, "chkUserDef"));
+        auto *userDef = child<sevText>(dialog, "txtUserDef");
+        QCOMPARE(userDef->floskelFile(), QStringLiteral("ReplaceUserField.dat"));
+        QCOMPARE(userDef->floskelTitle(), QStringLiteral("Namen"));
+        type(userDef->editor(), QStringLiteral("Kundennummer"));
+        QTest::keyClick(userDef->editor(), Qt::Key_Return);
+    }
+    frmReplace again;
+    QCOMPARE(child<sevText>(again, "txtUserDef")->entries(), QStringList{"Kundennummer"});
+}
+
+// The bar button "Suc" and mnuFindReplace run this key.
+void tst_frmReplace::commandOpensTheDialog()
+{
+    contact(QStringLiteral("Müller"));
+    tickAndMark({QStringLiteral("Kontakte")});
+    MessageRecorder boxes;
+    RegisterMainCommands();
+    QString opened;
+    int rows = 0;
+    QTimer::singleShot(0, this, [&] {
+        if (QWidget *modal = QApplication::activeModalWidget()) {
+            opened = modal->objectName();
+            rows = child<QListWidget>(*modal, "lstFields")->count();
+            modal->close();
+        }
+    });
+    QVERIFY(RunCommand(QStringLiteral("Suc")));
+    QCOMPARE(opened, QStringLiteral("frmReplace"));
+    QCOMPARE(rows, 95);
+}
+
+void tst_frmReplace::renderDialog()
+{
+    contact(QStringLiteral("Müller"));
+    tickAndMark({QStringLiteral("Kontakte")});
+    MessageRecorder boxes;
+    frmReplace dialog;
+    dialog.show();
+    QVERIFY(child<QLabel>(dialog, "lblDescription")->text().startsWith("Hinweis: Änderungen an Feldern"));
+    const QString path = qEnvironmentVariable("VARNEX_RENDER_DIR");
+    if (!path.isEmpty())
+        QVERIFY(dialog.grab().save(path + QStringLiteral("/frmReplace.png")));
+}
+
+QTEST_MAIN(tst_frmReplace)
+#include "tst_frmreplace.moc"
