@@ -138,6 +138,7 @@ private:
     void loadDictionary();
     void mapPid(qint64 pid, int slot);
     void loadFolders();
+    qint64 dataVersion();
     void bindItem(QSqlQuery &q, const ItemData &item, const QByteArray &blob);
     std::shared_ptr<ItemData> fromRow(const QSqlQuery &q);
     void fillFromRow(ItemData &item, const QSqlQuery &q);

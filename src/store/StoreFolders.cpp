@@ -76,12 +76,24 @@ qint64 StoreFile::addFolder(qint64 parent, const QString &name, const QString &c
     return id;
 }
 
-void StoreFile::checkOutsideChanges()
+namespace {
+// Statement numbers of this file (StoreItems.cpp and StoreMove.cpp use others).
+enum Statement { DataVersion = 200, Begin, SavepointStep, Commit, ReleaseStep, Rollback, RollbackStep };
+} // namespace
+
+qint64 StoreFile::dataVersion()
 {
-    QSqlQuery q(db());
-    if (!q.exec(QStringLiteral("PRAGMA data_version")) || !q.next())
+    QSqlQuery &q = prepared(DataVersion, "PRAGMA data_version");
+    if (!q.exec() || !q.next())
         fail(q, QStringLiteral("Prüfen auf Änderungen"));
     const qint64 version = q.value(0).toLongLong();
+    q.finish();
+    return version;
+}
+
+void StoreFile::checkOutsideChanges()
+{
+    const qint64 version = dataVersion();
     if (m_dataVersion >= 0 && version != m_dataVersion) {
         ++m_outside;
         loadFolders();
@@ -89,39 +101,39 @@ void StoreFile::checkOutsideChanges()
     m_dataVersion = version;
 }
 
+// Transaction control through prepared statements: a save costs three
+// statements, and preparing them anew each time would be a good part of it.
 void StoreFile::begin()
 {
-    QSqlQuery q(db());
-    const bool ok = m_depth == 0 ? q.exec(QStringLiteral("BEGIN IMMEDIATE")) : q.exec(QStringLiteral("SAVEPOINT step"));
-    if (!ok)
+    QSqlQuery &q = m_depth == 0 ? prepared(Begin, "BEGIN IMMEDIATE") : prepared(SavepointStep, "SAVEPOINT step");
+    if (!q.exec())
         fail(q, QStringLiteral("Beginn einer Änderung"));
     ++m_depth;
 }
 
 void StoreFile::commit()
 {
-    QSqlQuery q(db());
-    const bool ok = m_depth == 1 ? q.exec(QStringLiteral("COMMIT")) : q.exec(QStringLiteral("RELEASE step"));
-    if (!ok) {
+    QSqlQuery &q = m_depth == 1 ? prepared(Commit, "COMMIT") : prepared(ReleaseStep, "RELEASE step");
+    if (!q.exec()) {
         rollback();
         fail(q, QStringLiteral("Abschluss einer Änderung"));
     }
     --m_depth;
     // Our own commit changes nothing we have not seen.
-    QSqlQuery v(db());
-    if (m_depth == 0 && v.exec(QStringLiteral("PRAGMA data_version")) && v.next())
-        m_dataVersion = v.value(0).toLongLong();
+    if (m_depth == 0)
+        m_dataVersion = dataVersion();
 }
 
 void StoreFile::rollback()
 {
     if (m_depth == 0)
         return;
-    QSqlQuery q(db());
-    if (m_depth == 1)
-        q.exec(QStringLiteral("ROLLBACK"));
-    else
-        q.exec(QStringLiteral("ROLLBACK TO step")) && q.exec(QStringLiteral("RELEASE step"));
+    if (m_depth == 1) {
+        prepared(Rollback, "ROLLBACK").exec();
+    } else {
+        prepared(RollbackStep, "ROLLBACK TO step").exec();
+        prepared(ReleaseStep, "RELEASE step").exec();
+    }
     --m_depth;
 }
 
