@@ -1,5 +1,6 @@
 #include "frame/Main.h"
 
+#include "controls/ItemView.h"
 #include "frame/GlobalFunctions.h"
 #include "frame/RegistryFunctions.h"
 #include "frame/frmHaupt.h"
@@ -13,6 +14,9 @@
 frmHaupt *Main()
 {
     InitDefaultSettings();
+    // Inspector::Display opens the read-only item view (the duplicate panel's
+    // "Element anzeigen").
+    InstallItemView();
 
     frmSplash splash;
     splash.show();
