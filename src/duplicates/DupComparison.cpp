@@ -8,7 +8,7 @@
 
 #include <cmath>
 #include <optional>
-#include <unordered_map>
+#include <algorithm>
 
 namespace {
 
@@ -54,18 +54,14 @@ struct ItemGroups {
     std::vector<int> members;
 };
 
+// Equal items have equal hashes. Sorting the items by hash brings each group
+// together without a hash map; within a run of equal hashes each item is
+// compared with the first member of the groups found in that run, so that a
+// collision never joins different items.
 ItemGroups groupItems(const DupItemTable &table, bool folderInside)
 {
     const int count = table.itemCount();
     const int columns = table.columnCount();
-    std::vector<size_t> hashes(size_t(count) + 1);
-    for (int n = 1; n <= count; ++n) {
-        size_t h = folderInside ? qHash(table.item(n).folderId) : 0;
-        for (int c = 0; c < columns; ++c)
-            h = qHashMulti(h, table.value(n, c));
-        hashes[size_t(n)] = h;
-    }
-    auto hashOf = [&hashes](int n) { return hashes[size_t(n)]; };
     auto sameValues = [&table, folderInside, columns](int a, int b) {
         if (folderInside && table.item(a).folderId != table.item(b).folderId)
             return false;
@@ -75,20 +71,40 @@ ItemGroups groupItems(const DupItemTable &table, bool folderInside)
         }
         return true;
     };
-    // Key: the first member of a group; value: the group's index.
-    std::unordered_map<int, int, decltype(hashOf), decltype(sameValues)> groupByFirst(size_t(count), hashOf,
-                                                                                       sameValues);
-    ItemGroups groups;
-    groups.groupOf.assign(size_t(count) + 1, -1);
-    std::vector<int> sizes;
+    std::vector<std::pair<size_t, int>> byHash; // (hash, item number)
+    byHash.reserve(size_t(count));
     for (int n = 1; n <= count; ++n) {
         if (table.item(n).unread)
             continue;
-        const auto [it, added] = groupByFirst.try_emplace(n, int(sizes.size()));
-        if (added)
+        size_t h = folderInside ? qHash(table.item(n).folderId) : 0;
+        for (int c = 0; c < columns; ++c)
+            h = qHashMulti(h, table.value(n, c));
+        byHash.emplace_back(h, n);
+    }
+    std::sort(byHash.begin(), byHash.end());
+
+    ItemGroups groups;
+    groups.groupOf.assign(size_t(count) + 1, -1);
+    std::vector<int> sizes;
+    std::vector<std::pair<int, int>> runHeads; // (first member, group) in the current hash run
+    for (size_t k = 0; k < byHash.size(); ++k) {
+        if (k == 0 || byHash[k].first != byHash[k - 1].first)
+            runHeads.clear();
+        const int n = byHash[k].second;
+        int group = -1;
+        for (const auto &[head, headGroup] : runHeads) {
+            if (sameValues(head, n)) {
+                group = headGroup;
+                break;
+            }
+        }
+        if (group < 0) {
+            group = int(sizes.size());
             sizes.push_back(0);
-        groups.groupOf[size_t(n)] = it->second;
-        ++sizes[size_t(it->second)];
+            runHeads.emplace_back(n, group);
+        }
+        groups.groupOf[size_t(n)] = group;
+        ++sizes[size_t(group)];
     }
     // Offsets, then members in reading order.
     groups.end.resize(sizes.size());
