@@ -2,6 +2,7 @@
 #include "frame/RegistryFunctions.h"
 #include "frame/RunHost.h"
 #include "names/NameCorrectionFunctions.h"
+#include "restore/UndoFunctions.h"
 #include "store/Store.h"
 #include "support/TestSupport.h"
 
@@ -101,6 +102,7 @@ private slots:
     void severalFolders();
     void secondRunChangesNothing();
     void laterChangeOverwritesBackup();
+    void restoreBringsBackEveryField();
     void storeFailureEndsRun();
     void analysisFailureEndsRun();
 };
@@ -277,6 +279,34 @@ void tst_ContactNameRun::laterChangeOverwritesBackup()
     const Item stored = reread(item);
     QCOMPARE(backups(stored), second);
     QCOMPARE(stored.text("FileAs"), QStringLiteral("Huber, Maria"));
+}
+
+// The restore of the kind "Names" undoes a run, the company case included.
+void tst_ContactNameRun::restoreBringsBackEveryField()
+{
+    TestEnvironment env;
+    SaveSetting("SubjectNameCorrect", "1");
+    MessageRecorder boxes;
+    HostScope scope;
+    const MAPIFolder folder = contactsFolder();
+    const Item person = addItem(folder, olContact,
+                                {{"FullName", "Dr. Hans Peter Müller"}, {"FileAs", "Hansi"}, {"Subject", "alt"}});
+    const Item company = addItem(folder, olContact, {{"FullName", "Muster GmbH"}, {"FileAs", "Muster"}});
+    const QStringList personBefore = nameFields(person);
+    const QStringList companyBefore = nameFields(company);
+    CorrectNamesInFolders({folder});
+    QCOMPARE(boxes.last().prompt, QStringLiteral("2 Kontakt(e) geändert."));
+    QVERIFY(nameFields(reread(person)) != personBefore);
+    QCOMPARE(reread(company).text("CompanyName"), QStringLiteral("Muster GmbH"));
+
+    SetProfileFolder(ProfileFolder());
+    QCOMPARE(RestoreContactBackupsIn({contactsFolder()}, 2, QStringLiteral("Names")), 2);
+    QCOMPARE(boxes.last().prompt, QStringLiteral("Namen bei 2 Kontakten wiederhergestellt."));
+    for (const auto &[item, before] : {std::pair{person, personBefore}, std::pair{company, companyBefore}}) {
+        const Item restored = reread(item);
+        QCOMPARE(nameFields(restored), before);
+        QCOMPARE(restored.UserProperties().Count(), 0);
+    }
 }
 
 void tst_ContactNameRun::storeFailureEndsRun()
