@@ -244,15 +244,14 @@ void frmReplace::cmdUndoClicked()
     m_cmdReplace->setEnabled(true);
 }
 
-bool frmReplace::confirmStop()
+void frmReplace::confirmStop()
 {
     if (!m_runInProgress || m_stopRequested)
-        return false;
+        return;
     const int answer = ShowMessage(QStringLiteral("Der Ersetzungsvorgang läuft noch. Möchten Sie ihn nach dem "
                                                   "aktuellen Element abbrechen?"),
                                    MsgQuestionDefaultNo, QStringLiteral("Frage?"));
     m_stopRequested = answer == AnswerYes;
-    return m_stopRequested;
 }
 
 void frmReplace::reject()

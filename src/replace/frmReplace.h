@@ -53,7 +53,8 @@ private:
     void cmdReplaceClicked();
     void cmdUndoClicked();
     void setRunInputsEnabled(bool enabled);
-    bool confirmStop();
+    // Asks whether a run should stop after the current item.
+    void confirmStop();
 
     // ReplaceRunInputs
     [[nodiscard]] ReplaceOptions replaceOptions() const override;

@@ -59,6 +59,14 @@ void clickRow(QListWidget *list, int row)
     QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(list->item(row)).center());
 }
 
+// Types the search and replacement texts and selects "Nachname".
+void askForLastName(const QWidget &dialog, const QString &find, const QString &replacement)
+{
+    type(child<QLineEdit>(dialog, "txtFind"), find);
+    type(child<QLineEdit>(dialog, "txtReplace"), replacement);
+    clickRow(child<QListWidget>(dialog, "lstFields"), 39);
+}
+
 } // namespace
 
 class tst_frmReplace : public QObject
@@ -281,9 +289,7 @@ void tst_frmReplace::runAndUndoByTheButtons()
     MessageRecorder boxes;
     frmReplace dialog;
     dialog.show();
-    type(child<QLineEdit>(dialog, "txtFind"), QStringLiteral("müller"));
-    type(child<QLineEdit>(dialog, "txtReplace"), QStringLiteral("Meier"));
-    clickRow(child<QListWidget>(dialog, "lstFields"), 39); // Nachname
+    askForLastName(dialog, QStringLiteral("müller"), QStringLiteral("Meier"));
     click(child<QPushButton>(dialog, "cmdReplace"));
 
     QCOMPARE(Prompts(boxes), QStringList{"2 Ersetzungen wurden vorgenommen."});
@@ -332,10 +338,7 @@ void tst_frmReplace::runWithoutChangesKeepsTheUndo()
     MessageRecorder boxes;
     frmReplace dialog;
     dialog.show();
-    auto *find = child<QLineEdit>(dialog, "txtFind");
-    type(find, QStringLiteral("Müller"));
-    type(child<QLineEdit>(dialog, "txtReplace"), QStringLiteral("Meier"));
-    clickRow(child<QListWidget>(dialog, "lstFields"), 39);
+    askForLastName(dialog, QStringLiteral("Müller"), QStringLiteral("Meier"));
     click(child<QPushButton>(dialog, "cmdReplace"));
     click(child<QPushButton>(dialog, "cmdReplace")); // nothing left to find
     QCOMPARE(Prompts(boxes),
@@ -359,9 +362,7 @@ void tst_frmReplace::brokenRunLeavesTheUndoEnabled()
     frmReplace dialog;
     dialog.show();
     StoreFaults::FailItem(broken.EntryID(), StoreFaults::FailRead);
-    type(child<QLineEdit>(dialog, "txtFind"), QStringLiteral("Müller"));
-    type(child<QLineEdit>(dialog, "txtReplace"), QStringLiteral("Meier"));
-    clickRow(child<QListWidget>(dialog, "lstFields"), 39);
+    askForLastName(dialog, QStringLiteral("Müller"), QStringLiteral("Meier"));
     click(child<QPushButton>(dialog, "cmdReplace"));
 
     QCOMPARE(boxes.count(), 1);
@@ -400,9 +401,7 @@ void tst_frmReplace::closeDuringRunAsksToStop()
     boxes.script({answer});
     frmReplace dialog;
     dialog.show();
-    type(child<QLineEdit>(dialog, "txtFind"), QStringLiteral("Müller"));
-    type(child<QLineEdit>(dialog, "txtReplace"), QStringLiteral("Meier"));
-    clickRow(child<QListWidget>(dialog, "lstFields"), 39);
+    askForLastName(dialog, QStringLiteral("Müller"), QStringLiteral("Meier"));
 
     bool inputsDisabled = false;
     QTimer::singleShot(0, &dialog, [&] {
