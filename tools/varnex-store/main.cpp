@@ -1,7 +1,9 @@
 // varnex-store: the command-line companion of Varnex for profiles of the
 // mail store. The program itself has no command line; this tool creates a
-// profile, fills a demo profile and lists what a profile holds.
+// profile, fills a demo profile, lists what a profile holds, and imports and
+// exports other programs' files (interchange/).
 #include "Demo.h"
+#include "interchange/Interchange.h"
 
 #include "store/Store.h"
 
@@ -26,12 +28,27 @@ QTextStream &err()
 void usage()
 {
     err() << "Aufruf: varnex-store [--profile ORDNER] BEFEHL\n"
+             "        varnex-store [--profile ORDNER] import FORMAT DATEI|ORDNER [SPEICHERORDNER]\n"
+             "        varnex-store [--profile ORDNER] export FORMAT DATEI|ORDNER [SPEICHERORDNER]\n"
              "\n"
              "Befehle:\n"
              "  init     legt das Profil an (mit \"Persönliche Ordner\"), wenn es fehlt\n"
              "  exists   Rückgabewert 0, wenn das Profil besteht, sonst 1\n"
              "  list     zeigt Informationsspeicher, Ordner, Anzahl der Elemente und das Adressbuch\n"
              "  demo     füllt ein neues oder leeres Profil mit deutschen Beispieldaten\n"
+             "  import   liest die Datei (oder alle passenden Dateien des Ordners) in den\n"
+             "           Speicherordner; fehlende Ordner werden angelegt\n"
+             "  export   schreibt die Elemente des Speicherordners in die Datei, oder eine\n"
+             "           Datei je Element, wenn ein Ordner (oder ein Pfad mit / am Ende) genannt ist\n"
+             "\n"
+             "SPEICHERORDNER: \"Persönliche Ordner/Kontakte/Kunden\" oder \"Kontakte/Kunden\" (im\n"
+             "ersten Informationsspeicher); ohne Angabe der Standardordner des Formats.\n"
+             "\n"
+             "Formate:\n"
+          << InterchangeFormatsUsage()
+          << "\n"
+             "Rückgabewert von import und export: 0 alles übernommen, 3 Einträge übersprungen\n"
+             "(im Bericht mit Datei, Zeile und Grund), 1 abgebrochen, 2 falscher Aufruf.\n"
              "\n"
              "Ohne --profile gilt das Standardprofil: "
           << QDir::toNativeSeparators(DefaultProfileFolder()) << "\n";
@@ -142,16 +159,22 @@ int main(int argc, char *argv[])
 {
     QCoreApplication app(argc, argv);
     QStringList args = app.arguments().mid(1);
-    if (args.size() >= 2 && args.first() == u"--profile") {
-        SetProfileFolder(args.at(1));
-        args = args.mid(2);
+    const int profileAt = args.indexOf(QStringLiteral("--profile"));
+    if (profileAt >= 0 && profileAt + 1 < args.size()) {
+        SetProfileFolder(args.at(profileAt + 1));
+        args.remove(profileAt, 2);
     }
-    if (args.size() != 1 || args.first() == u"--help" || args.first() == u"help") {
+    const QString command = args.value(0);
+    const bool interchange = command == u"import" || command == u"export";
+    const bool fits = interchange ? (args.size() == 3 || args.size() == 4) : args.size() == 1;
+    if (!fits || command == u"--help" || command == u"help") {
         usage();
-        return args.size() == 1 ? 0 : 2;
+        return args.size() == 1 && !interchange ? 0 : 2;
     }
     try {
-        return run(args.first());
+        if (interchange)
+            return RunInterchangeCommand(command, args.at(1), args.at(2), args.value(3), out(), err());
+        return run(command);
     } catch (const StoreError &e) {
         err() << "Fehler: " << e.description() << " (" << e.number() << ")\n";
         return 1;

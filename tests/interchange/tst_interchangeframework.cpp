@@ -1,0 +1,169 @@
+// The shared part of import and export: one entry becomes one saved item or
+// one skip with its reason, never half an item; store folders by path; files
+// written whole or not at all; the report in German.
+#include "interchange/ContentLine.h"
+#include "interchange/Interchange.h"
+#include "store/StoreTestProfile.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+class tst_InterchangeFramework : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { PinGermanLocale(); }
+    void oneEntryIsOneItemOrOneSkip_data();
+    void oneEntryIsOneItemOrOneSkip();
+    void storeFolderByPath_data();
+    void storeFolderByPath();
+    void fileIsWrittenWholeOrNotAtAll();
+    void reportNamesEverySkip();
+    void extensionValuesRoundTrip_data();
+    void extensionValuesRoundTrip();
+};
+
+namespace {
+
+// The EntryID that the next new item of the store will get: row numbers only
+// grow, and an EntryID ends in its row number.
+QString nextEntryId(const MAPIFolder &folder)
+{
+    Item twin = folder.Items().Add();
+    twin.set(QStringLiteral("FullName"), QStringLiteral("Zwilling"));
+    twin.Save();
+    const QString id = twin.EntryID();
+    const qulonglong next = id.right(16).toULongLong(nullptr, 16) + 1;
+    return id.left(id.size() - 16) + QString::number(next, 16).toUpper().rightJustified(16, u'0');
+}
+
+} // namespace
+
+void tst_InterchangeFramework::oneEntryIsOneItemOrOneSkip_data()
+{
+    QTest::addColumn<QString>("fault");
+    QTest::addColumn<QString>("reasonPart");
+    QTest::newRow("intakter Eintrag") << "" << "";
+    QTest::newRow("beschädigter Eintrag") << "damage" << "Zeile ohne Doppelpunkt";
+    QTest::newRow("Wert passt nicht zum Feld") << "value" << "passt nicht";
+    QTest::newRow("Speichern scheitert") << "save" << "gespeichert";
+}
+
+void tst_InterchangeFramework::oneEntryIsOneItemOrOneSkip()
+{
+    QFETCH(QString, fault);
+    QFETCH(QString, reasonPart);
+    TempProfile profile;
+    const MAPIFolder contacts = TempProfile::folderOf(olFolderContacts);
+    const QString failingId = nextEntryId(contacts);
+    if (fault == u"save")
+        StoreFaults::FailItem(failingId, StoreFaults::FailSave);
+    InterchangeReport report;
+    ImportEntry(report, QStringLiteral("kontakte.vcf, Zeile 7"), [&] {
+        Item item = contacts.Items().Add();
+        item.set(QStringLiteral("FullName"), QStringLiteral("Jürgen Weiß"));
+        if (fault == u"damage")
+            throw EntryDamage{QStringLiteral("Zeile ohne Doppelpunkt")};
+        if (fault == u"value")
+            item.set(QStringLiteral("Birthday"), QStringLiteral("irgendwann"));
+        return item;
+    });
+    StoreFaults::Reset();
+    QCOMPARE(report.read, 1);
+    const bool ok = fault.isEmpty();
+    QCOMPARE(report.imported, ok ? 1 : 0);
+    QCOMPARE(contacts.Items().Count(), ok ? 2 : 1); // the twin is always there
+    QCOMPARE(report.skipped.size(), ok ? 0 : 1);
+    if (!ok) {
+        QVERIFY2(report.skipped.first().startsWith(QStringLiteral("kontakte.vcf, Zeile 7: ")), qPrintable(report.skipped.first()));
+        QVERIFY2(report.skipped.first().contains(reasonPart), qPrintable(report.skipped.first()));
+    }
+}
+
+void tst_InterchangeFramework::storeFolderByPath_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<bool>("create");
+    QTest::addColumn<QString>("expected"); // "Store/Parent/Name", or "" when refused
+    QTest::newRow("leer ist der Standardordner") << "" << false << "Persönliche Ordner/Kontakte";
+    QTest::newRow("mit Informationsspeicher") << "Persönliche Ordner/Kontakte" << false << "Persönliche Ordner/Kontakte";
+    QTest::newRow("ohne Informationsspeicher") << "Kontakte" << false << "Persönliche Ordner/Kontakte";
+    QTest::newRow("Groß- und Kleinschreibung gleich") << "persönliche ordner/KONTAKTE" << false
+                                                      << "Persönliche Ordner/Kontakte";
+    QTest::newRow("neuer Unterordner beim Import") << "Kontakte/Kunden Süd" << true << "Kontakte/Kunden Süd";
+    QTest::newRow("fehlender Ordner beim Export") << "Kontakte/Kunden Süd" << false << "";
+}
+
+void tst_InterchangeFramework::storeFolderByPath()
+{
+    QFETCH(QString, path);
+    QFETCH(bool, create);
+    QFETCH(QString, expected);
+    TempProfile profile;
+    if (expected.isEmpty()) {
+        QVERIFY_THROWS_EXCEPTION(StoreError, ResolveStoreFolder(path, olFolderContacts, create));
+        return;
+    }
+    const MAPIFolder folder = ResolveStoreFolder(path, olFolderContacts, create);
+    QCOMPARE(folder.Parent().Name() + u'/' + folder.Name(), expected);
+    QCOMPARE(folder.DefaultItemType(), int(olContact));
+}
+
+void tst_InterchangeFramework::fileIsWrittenWholeOrNotAtAll()
+{
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("kontakte.vcf"));
+    QVERIFY(WriteFileAtomically(path, "alt", nullptr));
+    QString error;
+    // A folder in the way of the file: the old file stays as it was.
+    QVERIFY(QDir(dir.path()).mkdir(QStringLiteral("gesperrt")));
+    QVERIFY(!WriteFileAtomically(dir.filePath(QStringLiteral("gesperrt")), "neu", &error));
+    QVERIFY(error.contains(QStringLiteral("kann nicht geschrieben werden")));
+    QVERIFY(WriteFileAtomically(path, "neu", nullptr));
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), QByteArray("neu"));
+    QCOMPARE(QDir(dir.path()).entryList(QDir::Files), QStringList{QStringLiteral("kontakte.vcf")});
+}
+
+void tst_InterchangeFramework::reportNamesEverySkip()
+{
+    InterchangeReport report;
+    report.read = 3;
+    report.imported = 1;
+    report.skip(EntryPosition(QStringLiteral("/tmp/x/kontakte.vcf"), 12), QStringLiteral("Die Datei endet vor END:VCARD"));
+    report.skip(EntryPosition(QStringLiteral("/tmp/x/alt.vcf")), QStringLiteral("Die Datei ist leer."));
+    report.note(QStringLiteral("2 Aufgaben liegen im Ordner \"Aufgaben\"."));
+    QCOMPARE(report.summary(true),
+             QStringLiteral("Import beendet: 3 Einträge gelesen, 1 Element(e) importiert, 2 übersprungen.\n"
+                            "  übersprungen: kontakte.vcf, Zeile 12: Die Datei endet vor END:VCARD\n"
+                            "  übersprungen: alt.vcf: Die Datei ist leer.\n"
+                            "  Hinweis: 2 Aufgaben liegen im Ordner \"Aufgaben\".\n"));
+}
+
+void tst_InterchangeFramework::extensionValuesRoundTrip_data()
+{
+    QTest::addColumn<QString>("property");
+    QTest::addColumn<QVariant>("value");
+    QTest::newRow("Datum mit Uhrzeit") << "Birthday" << QVariant(QDateTime(QDate(1961, 2, 28), QTime(13, 5, 9)));
+    QTest::newRow("Wahrheitswert") << "AllDayEvent" << QVariant(true);
+    QTest::newRow("Zahl") << "Sensitivity" << QVariant(2);
+    QTest::newRow("Text mit Zeilen und Trennern") << "Body" << QVariant(QStringLiteral("a;b,c\\d\r\nÄußeres"));
+}
+
+void tst_InterchangeFramework::extensionValuesRoundTrip()
+{
+    QFETCH(QString, property);
+    QFETCH(QVariant, value);
+    const PropDef &def = PropertyAt(PropertySlot(property));
+    const QString text = EncodeExtensionValue(def, value);
+    QCOMPARE(DecodeExtensionValue(def, text), value);
+    QCOMPARE(UnescapeText(EscapeText(text)), text);
+    if (def.type != PropType::Text)
+        QVERIFY_THROWS_EXCEPTION(StoreError, DecodeExtensionValue(def, QStringLiteral("Unsinn")));
+}
+
+QTEST_GUILESS_MAIN(tst_InterchangeFramework)
+#include "tst_interchangeframework.moc"

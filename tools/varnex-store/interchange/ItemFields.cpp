@@ -1,0 +1,265 @@
+#include "ItemFields.h"
+
+#include "ContentLine.h"
+
+#include <QFileInfo>
+
+namespace {
+
+const QString dateFormat = QStringLiteral("yyyyMMdd'T'HHmmss");
+
+bool isEmptyValue(const PropDef &def, const QVariant &value)
+{
+    if (def.type == PropType::Date)
+        return IsNoDate(value.toDateTime());
+    return value == EmptyValue(def);
+}
+
+[[noreturn]] void notAValue(const PropDef &def, const QString &text)
+{
+    throw StoreError(StoreErrTypeMismatch,
+                     QStringLiteral("Der Wert \"%1\" passt nicht zur Eigenschaft %2.").arg(text.left(80), QLatin1String(def.name)));
+}
+
+} // namespace
+
+void InterchangeReport::countImported()
+{
+    ++imported;
+    if (progress)
+        progress(*this);
+}
+
+void InterchangeReport::countExported()
+{
+    ++exported;
+    if (progress)
+        progress(*this);
+}
+
+void InterchangeReport::skip(const QString &where, const QString &why)
+{
+    skipped << (where.isEmpty() ? why : where + QStringLiteral(": ") + why);
+}
+
+QString InterchangeReport::summary(bool isImport) const
+{
+    QString text = isImport ? QStringLiteral("Import beendet: %1 Einträge gelesen, %2 Element(e) importiert")
+                                  .arg(read)
+                                  .arg(imported)
+                            : QStringLiteral("Export beendet: %1 Element(e) exportiert").arg(exported);
+    text += QStringLiteral(", %1 übersprungen.\n").arg(skipped.size());
+    for (const QString &line : skipped)
+        text += QStringLiteral("  übersprungen: ") + line + u'\n';
+    for (const QString &line : notes)
+        text += QStringLiteral("  Hinweis: ") + line + u'\n';
+    return text;
+}
+
+QString EntryPosition(const QString &filePath, int line)
+{
+    const QString name = QFileInfo(filePath).fileName();
+    return line > 0 ? QStringLiteral("%1, Zeile %2").arg(name).arg(line) : name;
+}
+
+void ImportEntry(InterchangeReport &report, const QString &where, const std::function<Item()> &build)
+{
+    report.countRead();
+    try {
+        Item item = build();
+        item.Save();
+        report.countImported();
+    } catch (const EntryDamage &damage) {
+        report.skip(where, damage.reason);
+    } catch (const StoreError &e) {
+        report.skip(where, e.description());
+    }
+}
+
+QString EncodeExtensionValue(const PropDef &def, const QVariant &value)
+{
+    switch (def.type) {
+    case PropType::Date: return value.toDateTime().toString(dateFormat);
+    case PropType::Boolean: return value.toBool() ? QStringLiteral("TRUE") : QStringLiteral("FALSE");
+    case PropType::Integer: return QString::number(value.toInt());
+    case PropType::Text: return value.toString();
+    }
+    return value.toString();
+}
+
+QVariant DecodeExtensionValue(const PropDef &def, const QString &text)
+{
+    switch (def.type) {
+    case PropType::Date: {
+        const QDateTime when = QDateTime::fromString(text.trimmed(), dateFormat);
+        if (!when.isValid())
+            notAValue(def, text);
+        return when;
+    }
+    case PropType::Boolean: {
+        const QString t = text.trimmed().toUpper();
+        if (t != u"TRUE" && t != u"FALSE")
+            notAValue(def, text);
+        return t == u"TRUE";
+    }
+    case PropType::Integer: {
+        bool ok = false;
+        const int n = text.trimmed().toInt(&ok);
+        if (!ok)
+            notAValue(def, text);
+        return n;
+    }
+    case PropType::Text: return text;
+    }
+    return text;
+}
+
+QList<ExtensionField> LeftoverFields(const Item &item, const QSet<QString> &mapped)
+{
+    QList<ExtensionField> fields;
+    const int itemClass = item.Class();
+    for (const QString &name : PropertyNamesOf(itemClass)) {
+        const PropDef &def = PropertyAt(PropertySlot(name));
+        const bool creation = name == u"CreationTime";
+        if ((def.readOnly && !creation) || name == u"MessageClass" || mapped.contains(name.toLower()))
+            continue;
+        const QVariant value = item.get(name);
+        if (!isEmptyValue(def, value))
+            fields.append({name, EncodeExtensionValue(def, value)});
+    }
+    return fields;
+}
+
+bool ApplyExtensionField(Item &item, const QString &name, const QString &text)
+{
+    const int slot = PropertySlotFor(item.Class(), name);
+    if (slot < 0)
+        return false;
+    const PropDef &def = PropertyAt(slot);
+    if (def.readOnly && QString::fromLatin1(def.name) != u"CreationTime")
+        return false;
+    item.set(QString::fromLatin1(def.name), DecodeExtensionValue(def, text));
+    return true;
+}
+
+QString EncodeUserProperty(const UserProperty &property)
+{
+    const QVariant value = property.Value();
+    QString text;
+    switch (property.Type()) {
+    case olDateTime: text = value.toDateTime().toString(dateFormat); break;
+    case olYesNo: text = value.toBool() ? QStringLiteral("TRUE") : QStringLiteral("FALSE"); break;
+    case olNumber: text = QString::number(value.toDouble(), 'g', 17); break;
+    default: text = value.toString();
+    }
+    return EscapeText(property.Name()) + u';' + QString::number(property.Type()) + u';' + EscapeText(text);
+}
+
+bool ApplyUserProperty(Item &item, const QString &encoded)
+{
+    const QStringList parts = SplitStructured(encoded);
+    if (parts.size() != 3 || parts[0].isEmpty())
+        return false;
+    bool ok = false;
+    const int type = parts[1].toInt(&ok);
+    if (!ok || (type != olText && type != olNumber && type != olDateTime && type != olYesNo))
+        return false;
+    QVariant value = parts[2];
+    if (type == olDateTime)
+        value = QDateTime::fromString(parts[2], dateFormat);
+    else if (type == olYesNo)
+        value = parts[2] == u"TRUE";
+    else if (type == olNumber)
+        value = parts[2].toDouble();
+    ::UserProperties props = item.UserProperties();
+    UserProperty property = props.Find(parts[0]);
+    if (property.isNull())
+        property = props.Add(parts[0], type);
+    property.setValue(value);
+    return true;
+}
+
+QList<UserProperty> UserPropertiesOf(const Item &item, const QSet<QString> &except)
+{
+    QList<UserProperty> list;
+    const ::UserProperties props = item.UserProperties();
+    for (int i = 1; i <= props.Count(); ++i) {
+        const UserProperty p = props.Item(i);
+        if (!except.contains(p.Name().toLower()))
+            list << p;
+    }
+    return list;
+}
+
+QString UserText(const Item &item, const QString &name)
+{
+    const UserProperty p = item.UserProperties().Find(name);
+    return p.isNull() ? QString() : p.Value().toString();
+}
+
+void SetUserText(Item &item, const QString &name, const QString &value)
+{
+    ::UserProperties props = item.UserProperties();
+    UserProperty p = props.Find(name);
+    if (p.isNull())
+        p = props.Add(name, olText);
+    p.setValue(value);
+}
+
+NameParts NameFieldsOf(const Item &c)
+{
+    return {c.text(QStringLiteral("Title")), c.text(QStringLiteral("FirstName")), c.text(QStringLiteral("MiddleName")),
+            c.text(QStringLiteral("LastName")), c.text(QStringLiteral("Suffix"))};
+}
+
+void SetNameFields(Item &c, const NameParts &p, const QString &fullName)
+{
+    c.set(QStringLiteral("Title"), p.title);
+    c.set(QStringLiteral("FirstName"), p.firstName);
+    c.set(QStringLiteral("MiddleName"), p.middleName);
+    c.set(QStringLiteral("LastName"), p.lastName);
+    c.set(QStringLiteral("Suffix"), p.suffix);
+    if (!fullName.isEmpty() && fullName != ComposeFullName(p))
+        c.set(QStringLiteral("FullName"), fullName);
+}
+
+AddressParts AddressFieldsOf(const Item &c, const QString &prefix)
+{
+    auto part = [&](const char *name) { return c.text(prefix + QLatin1String(name)); };
+    return {part("Street"), part("PostOfficeBox"), part("PostalCode"), part("City"), part("State"), part("Country")};
+}
+
+void SetAddressFields(Item &c, const QString &prefix, const AddressParts &p, const QString &whole)
+{
+    c.set(prefix + QStringLiteral("Street"), p.street);
+    c.set(prefix + QStringLiteral("PostOfficeBox"), p.postOfficeBox);
+    c.set(prefix + QStringLiteral("PostalCode"), p.postalCode);
+    c.set(prefix + QStringLiteral("City"), p.city);
+    c.set(prefix + QStringLiteral("State"), p.state);
+    c.set(prefix + QStringLiteral("Country"), p.country);
+    if (!whole.isEmpty() && whole != ComposeAddress(p))
+        c.set(prefix, whole);
+}
+
+MAPIFolder ResolveStoreFolder(const QString &path, int defaultFolderType, bool create)
+{
+    const NameSpace ns = Application().GetNamespace();
+    QStringList parts = path.split(u'/', Qt::SkipEmptyParts);
+    if (parts.isEmpty())
+        return ns.GetDefaultFolder(defaultFolderType);
+    MAPIFolder folder = ns.Folders().Find(parts.first());
+    if (folder.isNull())
+        folder = ns.Folders().Item(1);
+    else
+        parts.removeFirst();
+    for (const QString &name : parts) {
+        MAPIFolder next = folder.Folders().Find(name);
+        if (next.isNull()) {
+            if (!create)
+                throw StoreError(StoreErrNotFound, QStringLiteral("Den Ordner \"%1\" gibt es nicht.").arg(path));
+            next = folder.Folders().Add(name, folder.isRoot() ? defaultFolderType : 0);
+        }
+        folder = next;
+    }
+    return folder;
+}
