@@ -1,13 +1,11 @@
 // The comparison of the duplicate search: the grouped walk against the
 // literal pairwise walk on many random tables, the cases that decide which
-// item goes, the merge into groups, and reading the preference settings.
+// item goes, and the merge into groups.
 #include "duplicates/DupComparison.h"
-#include "duplicates/DupError.h"
-#include "frame/RegistryFunctions.h"
-#include "support/TestSupport.h"
 
 #include <QLocale>
 #include <QRandomGenerator>
+#include <QSet>
 #include <QTest>
 
 namespace {
@@ -135,13 +133,7 @@ private slots:
     void chooseLoser();
     void mergeEqualsFindGroupRoot();
     void mergeClosesChains();
-    void rulesFromSettings_data();
-    void rulesFromSettings();
-    void brokenSettingsAreErrors_data();
-    void brokenSettingsAreErrors();
     void rulesAreReadOnlyForAPair();
-    void settingAsBoolean_data();
-    void settingAsBoolean();
 };
 
 void tst_DupComparison::groupedWalkEqualsPairwiseWalk()
@@ -312,60 +304,6 @@ void tst_DupComparison::mergeClosesChains()
     QCOMPARE(FindGroupRoot(pairs, 7, 3), 5); // no pair names 7 as second: the pair's own first
 }
 
-void tst_DupComparison::rulesFromSettings_data()
-{
-    QTest::addColumn<QStringList>("priorities"); // Priority.0, .1, .2
-    QTest::addColumn<QString>("levels");         // criterion at level 2, 1, 0
-    QTest::newRow("Vorgabe: Ordner, Serie, Alter") << QStringList{"2", "1", "0"} << "012";
-    QTest::newRow("Alter zuerst") << QStringList{"0", "1", "2"} << "210";
-    QTest::newRow("Serie zuerst") << QStringList{"1", "2", "0"} << "102";
-    QTest::newRow("Dezimalwert gerundet") << QStringList{"1.6", "1", "0"} << "012";
-    QTest::newRow("Leerzeichen um die Zahl") << QStringList{" 2 ", "1", "0"} << "012";
-}
-
-void tst_DupComparison::rulesFromSettings()
-{
-    QFETCH(QStringList, priorities);
-    QFETCH(QString, levels);
-    TestEnvironment environment(false);
-    for (int k = 0; k < 3; ++k)
-        SaveSetting(QStringLiteral("Priority.%1").arg(k), priorities[k]);
-    const LoserRules rules = ReadLoserRules();
-    QString read;
-    for (int v = 2; v >= 0; --v)
-        read += QString::number(rules.criterionAtLevel[size_t(v)]);
-    QCOMPARE(read, levels);
-    QVERIFY(rules.masterFolder && rules.series && rules.keepOldest); // the stored defaults are "1"
-}
-
-void tst_DupComparison::brokenSettingsAreErrors_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("value");
-    QTest::addColumn<int>("number");
-    QTest::newRow("Stufe 3") << "Priority.1" << "3" << int(DupErrors::OutOfRange);
-    QTest::newRow("Stufe -1") << "Priority.2" << "-1" << int(DupErrors::OutOfRange);
-    QTest::newRow("Stufe ohne Zahl") << "Priority.0" << "hoch" << int(DupErrors::TypeMismatch);
-    QTest::newRow("OldDel leer") << "OldDel" << "" << int(DupErrors::TypeMismatch);
-    QTest::newRow("MasterFolder ja") << "MasterFolder" << "ja" << int(DupErrors::TypeMismatch);
-}
-
-void tst_DupComparison::brokenSettingsAreErrors()
-{
-    QFETCH(QString, name);
-    QFETCH(QString, value);
-    QFETCH(int, number);
-    TestEnvironment environment(false);
-    SaveSetting(name, value);
-    try {
-        (void)ReadLoserRules();
-        QFAIL("no error");
-    } catch (const DupError &error) {
-        QCOMPARE(error.number, number);
-        QVERIFY(!error.description.isEmpty());
-    }
-}
-
 void tst_DupComparison::rulesAreReadOnlyForAPair()
 {
     // A broken level matters only when a pair has to be decided.
@@ -380,32 +318,6 @@ void tst_DupComparison::rulesAreReadOnlyForAPair()
     DupItemTable equal = tableFrom({"a;F1;1", "a;F1;2", "a;F1;3"}, 1);
     (void)FindDuplicatePairs(equal, false, rules);
     QCOMPARE(asked, 1);
-}
-
-void tst_DupComparison::settingAsBoolean_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<int>("expected"); // 1 true, 0 false, -1 error
-    QTest::newRow("1") << "1" << 1;
-    QTest::newRow("0") << "0" << 0;
-    QTest::newRow("andere Zahl") << "-1" << 1;
-    QTest::newRow("Wahr") << "Wahr" << 1;
-    QTest::newRow("false klein") << "false" << 0;
-    QTest::newRow("Leerzeichen") << " 1 " << 1;
-    QTest::newRow("leer") << "" << -1;
-    QTest::newRow("Wort") << "ja" << -1;
-}
-
-void tst_DupComparison::settingAsBoolean()
-{
-    QFETCH(QString, text);
-    QFETCH(int, expected);
-    try {
-        QCOMPARE(int(DupSettingAsBoolean(text)), expected);
-    } catch (const DupError &error) {
-        QCOMPARE(-1, expected);
-        QCOMPARE(error.number, int(DupErrors::TypeMismatch));
-    }
 }
 
 QTEST_GUILESS_MAIN(tst_DupComparison)
