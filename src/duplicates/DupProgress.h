@@ -14,12 +14,14 @@ class DupProgress
 public:
     DupProgress() { m_clock.start(); }
 
-    // Shows text() and value when the last showing is 40 ms ago (the first
-    // step always), and lets the event loop run once.
+    // Shows text() and value when the last showing is 40 ms ago, and lets
+    // the event loop run once. The first step is always shown, and so is a
+    // step marked last: the closing message must not stand beside an older
+    // count.
     template <typename TextFn>
-    void step(int value, TextFn &&text)
+    void step(int value, TextFn &&text, bool last = false)
     {
-        if (m_shown && m_clock.elapsed() < kIntervalMs)
+        if (!last && m_shown && m_clock.elapsed() < kIntervalMs)
             return;
         m_shown = true;
         m_clock.restart();

@@ -96,7 +96,8 @@ void RemoveDupItems(const QList<int> &itemNumbers, bool moveToFolder)
     int failed = 0;
     DupProgress progress;
     for (int t = 1; t <= count; ++t) {
-        progress.step(t, [&] { return QStringLiteral("Phase 3: %1 Element %2 von %3").arg(verb).arg(t).arg(count); });
+        progress.step(
+            t, [&] { return QStringLiteral("Phase 3: %1 Element %2 von %3").arg(verb).arg(t).arg(count); }, t == count);
         const ItemIds &item = ids[t - 1];
         tolerant.run([&] {
             Item found = ns.GetItemFromID(item.entryId, item.storeId);

@@ -15,6 +15,7 @@
 #include <QDir>
 #include <QGroupBox>
 #include <QLabel>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QSqlDatabase>
 #include <QSqlQuery>
@@ -187,7 +188,19 @@ void tst_DupsRun::deleteWithOneFailure()
     QCOMPARE(tickedKeys(), (QStringList{"K2", "K3", "K4"}));
     StoreFaults::FailItem(younger[1].EntryID(), StoreFaults::FailDelete);
 
+    // The status line and the bar as they stand beside the closing message.
+    QString statusAtMessage;
+    int progressAtMessage = -1;
+    MessageHandler recorder;
+    recorder = SetMessageHandler([&](const MessageRequest &request) {
+        statusAtMessage = m_window->lblStatus()->text();
+        progressAtMessage = m_window->ProgressBar1()->value();
+        return recorder(request);
+    });
     RunCommand(QStringLiteral("DupDel"));
+    SetMessageHandler(recorder);
+    QCOMPARE(statusAtMessage, QStringLiteral("Phase 3: Lösche Element 3 von 3"));
+    QCOMPARE(progressAtMessage, 3);
     QCOMPARE(m_messages->last().prompt,
              QStringLiteral("2 Duplikate entfernt.\r\n1 Elemente verursachen einen Fehler. Starten Sie einen weiteren "
                             "Durchlauf, um noch eventuell verbliebene Duplikate zu entfernen."));
