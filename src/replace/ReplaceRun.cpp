@@ -143,23 +143,30 @@ ReplaceRunOutcome RunReplace(const QList<MAPIFolder> &folders, ReplaceRunInputs 
         ReplaceRunner(inputs, lists, outcome).run(folders);
     } catch (const StoreError &error) {
         ShowError(error.description(), error.number(), 59, QString());
+        inputs.workDone();
         outcome.broken = true;
         outcome.changes = lists.recordCount() - outcome.failures;
         return outcome;
     }
+    inputs.workDone();
     outcome.changes = lists.recordCount() - outcome.failures;
     ShowRunMessages(outcome);
     return outcome;
 }
 
-ReplaceUndoOutcome UndoReplace(const ReplaceUndoLists &lists)
+ReplaceUndoOutcome UndoReplace(const ReplaceUndoLists &lists, const std::function<void()> &workDone)
 {
+    const auto done = [&workDone] {
+        if (workDone)
+            workDone();
+    };
     ReplaceUndoOutcome outcome;
     NameSpace session;
     try {
         session = Application().GetNamespace(QStringLiteral("MAPI"));
     } catch (const StoreError &error) {
         ShowError(error.description(), error.number(), 60, QString());
+        done();
         outcome.broken = true;
         return outcome;
     }
@@ -187,6 +194,7 @@ ReplaceUndoOutcome UndoReplace(const ReplaceUndoLists &lists)
         outcome.failures += restored ? 0 : 1;
     }
 
+    done();
     outcome.records = lists.recordCount();
     if (outcome.records > 0) {
         ShowMessage(QString::number(outcome.records) + QStringLiteral(" Ersetzungen rückgängig gemacht."),

@@ -12,6 +12,8 @@
 #include <QList>
 #include <QString>
 
+#include <functional>
+
 class MAPIFolder;
 
 // One changed field of an item: the value before the change, where to find
@@ -52,6 +54,9 @@ public:
     [[nodiscard]] virtual bool isFieldSelected(int index) const = 0;
     // True when the user asked to stop; the run ends after the current item.
     [[nodiscard]] virtual bool stopRequested() const { return false; }
+    // Called once the items are done, before the closing messages (or after
+    // error 59 was shown): the dialog stops its activity bar here.
+    virtual void workDone() {}
 };
 
 struct ReplaceRunOutcome {
@@ -65,7 +70,9 @@ struct ReplaceRunOutcome {
 // Goes over every item of the folders, by position, and changes the selected
 // fields of the items of the folder class's type (and the user field when
 // lists.useUserField is set). Empties the lists first and fills them. Lets
-// the event loop run once per item. Ends with "n Ersetzungen wurden
+// the event loop run once per item. The user field is asked for by the name
+// as given, also an empty one: an item without a property of that name
+// (ignoring case) is passed over without a word. Ends with "n Ersetzungen wurden
 // vorgenommen." and, after failed saves, "n Ersetzungen schlugen fehl.
 // Überprüfen Sie die Berechtigungen."; any other failure shows error 59
 // instead and sets broken.
@@ -79,7 +86,11 @@ struct ReplaceUndoOutcome {
 
 // Writes the old values of the lists back: user-field records first, then
 // field records, each a fetch by ID, a write and a save of its own. A record
-// that fails is counted and the next one goes on. Ends with "n Ersetzungen
-// rückgängig gemacht." and "n Elemente nicht gefunden." when records failed;
-// nothing is shown for empty lists. The lists stay as they are.
-ReplaceUndoOutcome UndoReplace(const ReplaceUndoLists &lists);
+// that fails is counted and the next one goes on. Items are found by their
+// EntryID and StoreID alone: one that has been moved to another store since
+// the run (and so has a new EntryID) counts as not found, like a deleted
+// one. Ends with "n Ersetzungen rückgängig gemacht." and "n Elemente nicht
+// gefunden." when records failed; nothing is shown for empty lists. The
+// lists stay as they are. workDone, when given, is called once the records
+// are done, before the messages (or after error 60 was shown).
+ReplaceUndoOutcome UndoReplace(const ReplaceUndoLists &lists, const std::function<void()> &workDone = {});

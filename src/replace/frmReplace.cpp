@@ -30,6 +30,25 @@ QGroupBox *frameAround(const QString &name, const QString &caption, QWidget *con
     return frame;
 }
 
+// The list of fields. Rows are chosen by a click or the space bar; typing the
+// start of a caption only moves to the row. (A plain list in this mode would
+// toggle every row that the typed letters pass on the way, so that a run
+// would change fields the user never chose.)
+class FieldList : public QListWidget
+{
+public:
+    using QListWidget::QListWidget;
+
+protected:
+    QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex &index,
+                                                         const QEvent *event) const override
+    {
+        if (!event)
+            return QItemSelectionModel::NoUpdate;
+        return QListWidget::selectionCommand(index, event);
+    }
+};
+
 template <typename Widget>
 Widget *named(Widget *widget, const char *name)
 {
@@ -58,7 +77,7 @@ void frmReplace::buildControls()
     m_txtReplace = named(new QLineEdit(this), "txtReplace");
     m_frReplace = frameAround(QStringLiteral("frReplace"), QStringLiteral("Ersetzen durch:"), m_txtReplace, this);
 
-    m_lstFields = named(new QListWidget(this), "lstFields");
+    m_lstFields = named<QListWidget>(new FieldList(this), "lstFields");
     m_lstFields->setSelectionMode(QAbstractItemView::MultiSelection);
     m_frFields = frameAround(QStringLiteral("frFields"), QStringLiteral("Felder"), m_lstFields, this);
 
@@ -224,7 +243,6 @@ void frmReplace::cmdReplaceClicked()
     m_stopRequested = false;
     m_sevWaitBar1->start();
     const ReplaceRunOutcome outcome = RunReplace(m_replaceFolders, *this, m_undo);
-    m_sevWaitBar1->stop();
     m_working = m_runInProgress = false;
     m_cmdUndo->setEnabled(undoWasEnabled || outcome.broken || m_undo.recordCount() > 0);
     setRunInputsEnabled(true);
@@ -238,10 +256,15 @@ void frmReplace::cmdUndoClicked()
     m_sevWaitBar1->start();
     m_cmdReplace->setEnabled(false);
     m_cmdUndo->setEnabled(false);
-    UndoReplace(m_undo);
-    m_sevWaitBar1->stop();
+    UndoReplace(m_undo, [this] { m_sevWaitBar1->stop(); });
     m_working = false;
     m_cmdReplace->setEnabled(true);
+}
+
+// The bar stops before the closing messages show.
+void frmReplace::workDone()
+{
+    m_sevWaitBar1->stop();
 }
 
 void frmReplace::confirmStop()

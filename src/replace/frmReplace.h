@@ -60,6 +60,7 @@ private:
     [[nodiscard]] ReplaceOptions replaceOptions() const override;
     [[nodiscard]] bool isFieldSelected(int index) const override;
     [[nodiscard]] bool stopRequested() const override { return m_stopRequested; }
+    void workDone() override;
 
     QGroupBox *m_frFind = nullptr;
     QLineEdit *m_txtFind = nullptr;

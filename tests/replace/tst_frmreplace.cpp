@@ -84,6 +84,8 @@ private slots:
     void optionClicks();
     void newStringReadsHiddenFindText();
     void runAndUndoByTheButtons();
+    void activityBarStopsBeforeTheMessages();
+    void typingInTheListOnlyMovesToARow();
     void nothingSelectedDoesNothing();
     void runWithoutChangesKeepsTheUndo();
     void brokenRunLeavesTheUndoEnabled();
@@ -315,6 +317,49 @@ void tst_frmReplace::runAndUndoByTheButtons()
     boxes.clear();
     click(child<QPushButton>(dialog, "cmdUndo"));
     QCOMPARE(boxes.count(), 0);
+}
+
+// Each closing box of a run and of its undo finds the activity bar stopped.
+void tst_frmReplace::activityBarStopsBeforeTheMessages()
+{
+    contact(QStringLiteral("Müller"));
+    tickAndMark({QStringLiteral("Kontakte")});
+    MessageRecorder boxes;
+    frmReplace dialog;
+    dialog.show();
+    auto *bar = child<WaitBar>(dialog, "sevWaitBar1");
+    QStringList seen;
+    MessageHandler recorder = SetMessageHandler(nullptr);
+    SetMessageHandler([&](const MessageRequest &request) {
+        seen << request.prompt + (bar->isRunning() ? QStringLiteral(" (läuft)") : QString());
+        return recorder(request);
+    });
+    askForLastName(dialog, QStringLiteral("Müller"), QStringLiteral("Meier"));
+    click(child<QPushButton>(dialog, "cmdReplace"));
+    click(child<QPushButton>(dialog, "cmdUndo"));
+    SetMessageHandler(recorder);
+    QCOMPARE(seen, (QStringList{"1 Ersetzungen wurden vorgenommen.", "1 Ersetzungen rückgängig gemacht."}));
+}
+
+// Type-ahead moves to the row whose caption starts with the letters, but
+// chooses nothing on its way; the space bar chooses the row.
+void tst_frmReplace::typingInTheListOnlyMovesToARow()
+{
+    contact(QStringLiteral("Müller"));
+    tickAndMark({QStringLiteral("Kontakte")});
+    MessageRecorder boxes;
+    frmReplace dialog;
+    dialog.show();
+    auto *list = child<QListWidget>(dialog, "lstFields");
+    list->setFocus();
+    QTest::keyClicks(list, QStringLiteral("Unternehmensname"));
+    QCOMPARE(list->currentRow(), 87);
+    QVERIFY(list->selectedItems().isEmpty());
+    QTest::keyClick(list, Qt::Key_Space);
+    QCOMPARE(list->selectedItems().size(), 1);
+    QCOMPARE(list->selectedItems().first()->text(), QStringLiteral("Unternehmensname"));
+    QTest::keyClick(list, Qt::Key_Space);
+    QVERIFY(list->selectedItems().isEmpty());
 }
 
 void tst_frmReplace::nothingSelectedDoesNothing()
