@@ -68,6 +68,10 @@ ContactResult correctContact(Item &contact, const RunOptions &options)
                          isBusiness, checkBusiness))
         return ContactResult::AnalysisFailed;
     const QString company = isBusiness ? old.fullName : old.companyName;
+    // The layouts are read anew for every contact. Their fallbacks count only
+    // for a key that goes missing while the program runs (the defaults are
+    // written at start); the "L" of "N,LV" stands for no part and stays in
+    // the result as a literal letter.
     now.fileAs = BuildNameLayout(now.title, now.firstName, now.middleName, now.lastName, now.suffix, company,
                                  GetSetting(QStringLiteral("FileAsLayoutEx"), QStringLiteral("N,LV")));
     if (options.subjectToo)
