@@ -4,6 +4,7 @@
 #include "Interchange.h"
 
 // Contacts and calendars
+#include "VCardFormat.h"
 
 // Mail
 
@@ -11,6 +12,10 @@ const QList<InterchangeFormat> &InterchangeFormats()
 {
     static const QList<InterchangeFormat> formats = {
         // Contacts and calendars
+        {QStringLiteral("vcard"), {QStringLiteral("vcf"), QStringLiteral("vcard3")},
+         QStringLiteral("Kontakte als vCard 3.0 (liest auch 2.1 und 4.0)"), olFolderContacts, ImportVCard, ExportVCard3},
+        {QStringLiteral("vcard4"), {}, QStringLiteral("Kontakte als vCard 4.0 (liest auch 2.1 und 3.0)"), olFolderContacts,
+         ImportVCard, ExportVCard4},
 
 
         // Mail

@@ -1,0 +1,113 @@
+#include "VCardFormat.h"
+
+#include "Interchange.h"
+
+#include <QDir>
+
+namespace {
+
+void requireContactFolder(const MAPIFolder &folder)
+{
+    if (folder.DefaultItemType() != olContact)
+        throw StoreError(StoreErrTypeMismatch,
+                         QStringLiteral("Der Ordner \"%1\" ist kein Kontaktordner.").arg(folder.Name()));
+}
+
+void importCards(const QString &file, const QByteArray &data, const MAPIFolder &target, InterchangeReport &report)
+{
+    QList<int> strayLines;
+    const QList<ContentBlock> blocks = ReadContentBlocks(data, QStringLiteral("VCARD"), &strayLines);
+    if (blocks.isEmpty()) {
+        report.skip(EntryPosition(file), QStringLiteral("Die Datei enthält keine vCard."));
+        return;
+    }
+    if (!strayLines.isEmpty())
+        report.note(QStringLiteral("%1: %2 Zeile(n) außerhalb einer Karte übergangen (erste: Zeile %3).")
+                        .arg(EntryPosition(file))
+                        .arg(strayLines.size())
+                        .arg(strayLines.first()));
+    QSet<QString> unknown;
+    for (const ContentBlock &block : blocks) {
+        const QString where = EntryPosition(file, block.firstLine);
+        if (!block.damage.isEmpty()) {
+            report.countRead();
+            report.skip(where, block.damage);
+            continue;
+        }
+        CardNotes notes;
+        ImportEntry(report, where, [&] { return ContactOfCard(block.lines, target, notes); });
+        for (const QString &lost : std::as_const(notes.lost))
+            report.note(QStringLiteral("%1: nicht übernommen: %2").arg(where, lost));
+        unknown.unite(notes.unknown);
+    }
+    if (!unknown.isEmpty()) {
+        QStringList names(unknown.begin(), unknown.end());
+        names.sort();
+        report.note(QStringLiteral("%1: ohne Platz im Kontakt übergangen: %2").arg(EntryPosition(file), names.join(u", ")));
+    }
+}
+
+QString contactTitle(const Item &contact)
+{
+    for (const char *field : {"FileAs", "FullName", "CompanyName", "Email1Address"}) {
+        const QString text = contact.text(QLatin1String(field));
+        if (!text.isEmpty())
+            return text;
+    }
+    return QStringLiteral("Kontakt");
+}
+
+void exportCards(const MAPIFolder &source, const QString &path, InterchangeReport &report, VCardVersion version)
+{
+    const bool perItem = ExportsToFolder(path);
+    if (perItem && !QDir().mkpath(path))
+        throw StoreError(StoreErrDisk, QStringLiteral("Der Ordner %1 kann nicht angelegt werden.").arg(QDir::toNativeSeparators(path)));
+    ContentWriter writer;
+    int written = 0;
+    QString error;
+    for (const Item &item : source.Items()) {
+        if (item.Class() != olContact) {
+            report.skip(item.Subject(), QStringLiteral("kein Kontakt (%1)").arg(item.MessageClass()));
+            continue;
+        }
+        WriteVCard(item, version, writer);
+        if (!perItem) {
+            ++written;
+            continue;
+        }
+        if (!WriteFileAtomically(ExportFileName(path, contactTitle(item), QStringLiteral("vcf")), writer.bytes(), &error))
+            throw StoreError(StoreErrDisk, error);
+        writer.clear();
+        report.countExported();
+    }
+    if (perItem)
+        return;
+    if (!WriteFileAtomically(path, writer.bytes(), &error))
+        throw StoreError(StoreErrDisk, error);
+    for (int i = 0; i < written; ++i)
+        report.countExported();
+}
+
+} // namespace
+
+void ImportVCard(const QString &path, const MAPIFolder &target, InterchangeReport &report)
+{
+    requireContactFolder(target);
+    for (const QString &file : InputFiles(path, {QStringLiteral("vcf"), QStringLiteral("vcard")})) {
+        try {
+            importCards(file, ReadInputFile(file), target, report);
+        } catch (const EntryDamage &damage) {
+            report.skip(EntryPosition(file), damage.reason);
+        }
+    }
+}
+
+void ExportVCard3(const MAPIFolder &source, const QString &path, InterchangeReport &report)
+{
+    exportCards(source, path, report, VCardVersion::V3);
+}
+
+void ExportVCard4(const MAPIFolder &source, const QString &path, InterchangeReport &report)
+{
+    exportCards(source, path, report, VCardVersion::V4);
+}

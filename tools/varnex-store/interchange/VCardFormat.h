@@ -1,0 +1,30 @@
+#pragma once
+// Contacts as vCard 3.0 (RFC 2426) and 4.0 (RFC 6350), written by hand:
+// import reads 2.1, 3.0 and 4.0 cards, from one file with many cards or a
+// folder of .vcf files; export writes one file or one file per contact.
+
+#include "ContentLine.h"
+#include "ItemFields.h"
+#include "VCardFields.h"
+
+#include <QSet>
+
+void ImportVCard(const QString &path, const MAPIFolder &target, InterchangeReport &report);
+void ExportVCard3(const MAPIFolder &source, const QString &path, InterchangeReport &report);
+void ExportVCard4(const MAPIFolder &source, const QString &path, InterchangeReport &report);
+
+// One contact as a card, appended to out.
+void WriteVCard(const Item &contact, VCardVersion version, ContentWriter &out);
+
+// What reading one card leaves to tell: fields that found no free place,
+// values that are no date, properties the store has no field for.
+struct CardNotes {
+    QStringList lost;         // "TEL 0171 1234567 (kein freies Telefonfeld)"
+    QSet<QString> unknown;    // vCard property names passed over
+};
+// A new, unsaved contact in the folder, filled from the card's lines.
+// Throws EntryDamage for a card that holds no contact (no name of any kind).
+[[nodiscard]] Item ContactOfCard(const QList<ContentLine> &lines, const MAPIFolder &folder, CardNotes &notes);
+
+// Categories as the store keeps them: joined by ", ".
+[[nodiscard]] QString JoinCategories(const QStringList &categories);
