@@ -4,7 +4,8 @@
 // program that is killed loses nothing it saved, and a power failure can
 // lose the last commits but never leaves a half item. FULL adds a flush to
 // the disk at every commit; the rollback journal is the classic mode. The
-// benchmark measures all three. Applies to stores opened afterwards.
+// benchmark measures all three (figures in the README). Applies to stores
+// opened afterwards.
 
 enum class StoreDurability { WalNormal, WalFull, RollbackFull };
 
