@@ -145,7 +145,9 @@ void tst_VCard::cardsFromElsewhere_data()
     QTest::newRow("Datum mit Zeitzone UTC und Jahrestag 4.0")
         << QByteArray("BEGIN:VCARD\r\nVERSION:4.0\r\nFN:A B\r\nBDAY:19800229\r\nANNIVERSARY:20100605T120000Z\r\n"
                       "END:VCARD\r\n")
-        << QStringList{"Birthday=29.02.1980", "Anniversary=05.06.2010 12:00:00"};
+        << QStringList{"Birthday=29.02.1980", "Anniversary=" + QDateTime(QDate(2010, 6, 5), QTime(12, 0), Qt::UTC)
+                                                                     .toLocalTime()
+                                                                     .toString(u"dd.MM.yyyy hh:mm:ss")};
 }
 
 void tst_VCard::cardsFromElsewhere()

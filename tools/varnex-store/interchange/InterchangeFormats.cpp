@@ -4,6 +4,7 @@
 #include "Interchange.h"
 
 // Contacts and calendars
+#include "IcalFormat.h"
 #include "VCardFormat.h"
 
 // Mail
@@ -16,6 +17,9 @@ const QList<InterchangeFormat> &InterchangeFormats()
          QStringLiteral("Kontakte als vCard 3.0 (liest auch 2.1 und 4.0)"), olFolderContacts, ImportVCard, ExportVCard3},
         {QStringLiteral("vcard4"), {}, QStringLiteral("Kontakte als vCard 4.0 (liest auch 2.1 und 3.0)"), olFolderContacts,
          ImportVCard, ExportVCard4},
+        {QStringLiteral("ical"), {QStringLiteral("ics"), QStringLiteral("icalendar")},
+         QStringLiteral("Termine, Aufgaben und Journal als iCalendar (Serien bleiben Serien)"), olFolderCalendar,
+         ImportICalendar, ExportICalendar},
 
 
         // Mail
