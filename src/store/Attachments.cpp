@@ -75,13 +75,22 @@ void Attachment::SaveAsFile(const QString &path) const
             fileError(path, QStringLiteral("kann nicht geschrieben werden"));
         return;
     }
+    const QByteArray data = Content();
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(data) != data.size() || !file.commit())
+        fileError(path, QStringLiteral("kann nicht geschrieben werden"));
+}
+
+QByteArray Attachment::Content() const
+{
+    AttachmentRecord &a = record();
+    if (a.type == olByReference)
+        return {};
     if (!a.dataLoaded) {
         a.data = m_item->store->attachmentData(a.id);
         a.dataLoaded = true;
     }
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(a.data) != a.data.size() || !file.commit())
-        fileError(path, QStringLiteral("kann nicht geschrieben werden"));
+    return a.data;
 }
 
 void Attachment::Delete()

@@ -30,6 +30,8 @@ public:
     // StoreError when the file cannot be written (also an existing one is
     // replaced, as the platform does) or a linked file is missing.
     void SaveAsFile(const QString &path) const;
+    // The bytes of an attachment by value (exporters); empty for a link.
+    [[nodiscard]] QByteArray Content() const;
     void Delete();
     // A MAPI property by tag: PR_ATTACH_PATHNAME (text, an invalid QVariant
     // when the attachment has no path) and PR_ATTACHMENT_HIDDEN (bool).

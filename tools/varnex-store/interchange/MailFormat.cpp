@@ -1,0 +1,255 @@
+#include "MailFormat.h"
+
+#include "GMimeSupport.h"
+#include "Interchange.h"
+#include "MimeMail.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QLocale>
+#include <QTimeZone>
+
+namespace {
+
+const QString asctimeFormat = QStringLiteral("ddd MMM d hh:mm:ss yyyy");
+
+QString itemPosition(int index, const Item &item)
+{
+    QString subject;
+    try {
+        subject = item.Subject().simplified().left(60);
+    } catch (const StoreError &) {
+    }
+    return subject.isEmpty() ? QStringLiteral("Element %1").arg(index)
+                             : QStringLiteral("Element %1 (\"%2\")").arg(index).arg(subject);
+}
+
+QString mboxPosition(const QString &file, int number, qint64 offset)
+{
+    return QStringLiteral("%1, Mail %2 (Byte %3)").arg(QFileInfo(file).fileName()).arg(number).arg(offset);
+}
+
+// The date of a "From " line: the asctime form that mbox writers use,
+// taken as UTC, or an RFC 5322 date; invalid when there is none.
+QDateTime envelopeDateOf(const QByteArray &line)
+{
+    const QList<QByteArray> words = line.simplified().split(' ');
+    if (words.size() < 3)
+        return {};
+    const QString rest = QString::fromLatin1(words.mid(2).join(' '));
+    QDateTime when = QDateTime::fromString(rest.left(24).simplified(), asctimeFormat);
+    if (when.isValid()) {
+        when.setTimeZone(QTimeZone::utc());
+        const QDateTime local = when.toLocalTime();
+        return QDateTime(local.date(), local.time());
+    }
+    if (GDateTime *date = g_mime_utils_header_decode_date(rest.toLatin1().constData())) {
+        when = FromGDateTime(date);
+        g_date_time_unref(date);
+        return when;
+    }
+    return {};
+}
+
+bool isBlankLineBefore(const QByteArray &data, qsizetype at)
+{
+    return at >= 2 && (data.at(at - 2) == '\n' || (data.at(at - 2) == '\r' && at >= 3 && data.at(at - 3) == '\n'));
+}
+
+// Lines that start with ">...>From " lose one ">"; the line ends stay.
+QByteArray unescapeFromLines(const QByteArray &body)
+{
+    QByteArray out;
+    out.reserve(body.size());
+    qsizetype start = 0;
+    while (start < body.size()) {
+        qsizetype end = body.indexOf('\n', start);
+        end = end < 0 ? body.size() : end + 1;
+        qsizetype quotes = start;
+        while (quotes < end && body.at(quotes) == '>')
+            ++quotes;
+        const bool escaped = quotes > start && body.mid(quotes, 5) == "From ";
+        out.append(body.constData() + start + (escaped ? 1 : 0), end - start - (escaped ? 1 : 0));
+        start = end;
+    }
+    return out;
+}
+
+QByteArray escapeFromLines(const QByteArray &message)
+{
+    QByteArray out;
+    out.reserve(message.size() + 64);
+    qsizetype start = 0;
+    while (start < message.size()) {
+        qsizetype end = message.indexOf('\n', start);
+        end = end < 0 ? message.size() : end + 1;
+        qsizetype quotes = start;
+        while (quotes < end && message.at(quotes) == '>')
+            ++quotes;
+        if (message.mid(quotes, 5) == "From ")
+            out.append('>');
+        out.append(message.constData() + start, end - start);
+        start = end;
+    }
+    return out;
+}
+
+void exportFailure(InterchangeReport &report, int index, const Item &item, const StoreError &e)
+{
+    report.skip(itemPosition(index, item), e.description());
+}
+
+} // namespace
+
+QList<MboxEntry> SplitMbox(const QByteArray &data, qint64 *leadingJunk)
+{
+    QList<qsizetype> starts;
+    for (qsizetype at = data.startsWith("From ") ? 0 : data.indexOf("\nFrom "); at >= 0;
+         at = data.indexOf("\nFrom ", at + 1)) {
+        const qsizetype line = data.at(at) == '\n' ? at + 1 : at;
+        const qsizetype lineEnd = data.indexOf('\n', line);
+        const QByteArray fromLine = data.mid(line, lineEnd < 0 ? -1 : lineEnd - line);
+        if (line == 0 || isBlankLineBefore(data, line) || envelopeDateOf(fromLine).isValid())
+            starts << line;
+    }
+    *leadingJunk = 0;
+    const QByteArray before = data.left(starts.isEmpty() ? data.size() : starts.first());
+    if (!before.trimmed().isEmpty())
+        *leadingJunk = before.size();
+    QList<MboxEntry> entries;
+    for (qsizetype i = 0; i < starts.size(); ++i) {
+        const qsizetype lineEnd = data.indexOf('\n', starts[i]);
+        const qsizetype end = i + 1 < starts.size() ? starts[i + 1] : data.size();
+        MboxEntry entry;
+        entry.offset = starts[i];
+        entry.envelopeDate = envelopeDateOf(data.mid(starts[i], lineEnd < 0 ? -1 : lineEnd - starts[i]));
+        const qsizetype bodyStart = lineEnd < 0 || lineEnd >= end ? end : lineEnd + 1;
+        QByteArray message = data.mid(bodyStart, end - bodyStart);
+        // The empty line before the next "From " line belongs to the file.
+        if (message.endsWith("\r\n\r\n"))
+            message.chop(2);
+        else if (message.endsWith("\n\n"))
+            message.chop(1);
+        entry.message = unescapeFromLines(message);
+        entries << entry;
+    }
+    return entries;
+}
+
+QByteArray MboxRecord(const QByteArray &message, const QString &sender, const QDateTime &date)
+{
+    QString who = sender.simplified();
+    who.replace(u' ', u'_');
+    if (who.isEmpty())
+        who = QStringLiteral("MAILER-DAEMON");
+    const QDateTime when = date.isValid() && !IsNoDate(date) ? date : QDateTime::currentDateTime();
+    QByteArray record = "From " + who.toUtf8() + ' ' +
+                        QLocale::c().toString(when.toUTC(), asctimeFormat).toLatin1() + '\n';
+    record += escapeFromLines(message);
+    if (!record.endsWith('\n'))
+        record += '\n';
+    return record + '\n';
+}
+
+void ImportEml(const QString &path, const MAPIFolder &target, InterchangeReport &report)
+{
+    const QStringList files = InputFiles(path, {QStringLiteral("eml")});
+    if (files.isEmpty())
+        report.note(QStringLiteral("Im Ordner %1 gibt es keine .eml-Dateien.").arg(QDir::toNativeSeparators(path)));
+    for (const QString &file : files)
+        ImportEntry(report, EntryPosition(file), [&] { return ReadMimeMail(ReadInputFile(file), target); });
+}
+
+void ExportEml(const MAPIFolder &source, const QString &path, InterchangeReport &report)
+{
+    const bool oneFile = !ExportsToFolder(path) && path.endsWith(QLatin1String(".eml"), Qt::CaseInsensitive);
+    const Items items = source.Items();
+    if (oneFile && items.Count() != 1) {
+        report.skip(QFileInfo(path).fileName(),
+                    QStringLiteral("Eine .eml-Datei hält genau eine Mail; für %1 Elemente bitte einen Ordner angeben.")
+                        .arg(items.Count()));
+        return;
+    }
+    if (!oneFile && !QDir().mkpath(path)) {
+        report.skip(QDir::toNativeSeparators(path), QStringLiteral("Der Ordner kann nicht angelegt werden."));
+        return;
+    }
+    for (int i = 1; i <= items.Count(); ++i) {
+        Item item;
+        try {
+            item = items.Item(i);
+            if (!IsMailOrPost(item)) {
+                report.skip(itemPosition(i, item), QStringLiteral("Das Element ist weder Mail noch Bereitstellung."));
+                continue;
+            }
+            const QByteArray bytes = WriteMimeMail(item);
+            const QString file = oneFile ? path : ExportFileName(path, item.Subject().isEmpty() ? QStringLiteral("Mail") : item.Subject(), QStringLiteral("eml"));
+            QString error;
+            if (!WriteFileAtomically(file, bytes, &error)) {
+                report.skip(itemPosition(i, item), error);
+                continue;
+            }
+            report.countExported();
+        } catch (const StoreError &e) {
+            exportFailure(report, i, item, e);
+        }
+    }
+}
+
+void ImportMbox(const QString &path, const MAPIFolder &target, InterchangeReport &report)
+{
+    const QStringList files = InputFiles(path, {QStringLiteral("mbox"), QStringLiteral("mbx")});
+    if (files.isEmpty())
+        report.note(QStringLiteral("Im Ordner %1 gibt es keine mbox-Dateien.").arg(QDir::toNativeSeparators(path)));
+    for (const QString &file : files) {
+        QByteArray data;
+        try {
+            data = ReadInputFile(file);
+        } catch (const EntryDamage &damage) {
+            report.skip(EntryPosition(file), damage.reason);
+            continue;
+        }
+        qint64 junk = 0;
+        const QList<MboxEntry> entries = SplitMbox(data, &junk);
+        if (junk > 0)
+            report.skip(QStringLiteral("%1, Byte 0").arg(QFileInfo(file).fileName()),
+                        QStringLiteral("%1 Byte vor der ersten Trennzeile (\"From \") sind keine Mail.").arg(junk));
+        for (int i = 0; i < entries.size(); ++i) {
+            const MboxEntry &entry = entries.at(i);
+            ImportEntry(report, mboxPosition(file, i + 1, entry.offset),
+                        [&] { return ReadMimeMail(entry.message, target, entry.envelopeDate); });
+        }
+    }
+}
+
+void ExportMbox(const MAPIFolder &source, const QString &path, InterchangeReport &report)
+{
+    if (ExportsToFolder(path)) {
+        report.skip(QDir::toNativeSeparators(path), QStringLiteral("mbox schreibt eine Datei; bitte einen Dateinamen angeben."));
+        return;
+    }
+    QByteArray file;
+    const Items items = source.Items();
+    for (int i = 1; i <= items.Count(); ++i) {
+        Item item;
+        try {
+            item = items.Item(i);
+            if (!IsMailOrPost(item)) {
+                report.skip(itemPosition(i, item), QStringLiteral("Das Element ist weder Mail noch Bereitstellung."));
+                continue;
+            }
+            QDateTime date = item.get(QStringLiteral("ReceivedTime")).toDateTime();
+            if (IsNoDate(date))
+                date = item.get(QStringLiteral("SentOn")).toDateTime();
+            file += MboxRecord(WriteMimeMail(item), item.get(QStringLiteral("SenderEmailAddress")).toString(), date);
+            report.countExported();
+        } catch (const StoreError &e) {
+            exportFailure(report, i, item, e);
+        }
+    }
+    QString error;
+    if (!WriteFileAtomically(path, file, &error)) {
+        report.skip(QDir::toNativeSeparators(path), error);
+        report.exported = 0;
+    }
+}

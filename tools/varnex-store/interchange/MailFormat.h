@@ -1,0 +1,34 @@
+#pragma once
+// Mail and posts as EML files (one message per file; a folder of .eml
+// files) and as mbox files (many messages, each after a "From " line). The
+// contract of the four functions is that of Interchange.h.
+//
+// mbox is written as mboxrd: a body line that starts with "From ", after
+// any number of ">", gets one more ">" in front, and reading takes one
+// away, so that such lines come back exactly. A new message starts at a
+// "From " line at the start of the file or after an empty line. Bytes
+// before the first one are reported and passed over.
+
+#include "ItemFields.h"
+
+#include <QByteArray>
+#include <QDateTime>
+#include <QList>
+
+void ImportEml(const QString &path, const MAPIFolder &target, InterchangeReport &report);
+void ExportEml(const MAPIFolder &source, const QString &path, InterchangeReport &report);
+void ImportMbox(const QString &path, const MAPIFolder &target, InterchangeReport &report);
+void ExportMbox(const MAPIFolder &source, const QString &path, InterchangeReport &report);
+
+// One message of an mbox file, its "From " line taken off and its body
+// lines unescaped.
+struct MboxEntry {
+    qint64 offset = 0;      // byte of its "From " line in the file
+    QDateTime envelopeDate; // from the "From " line; invalid when unreadable
+    QByteArray message;
+};
+// Splits an mbox file. leadingJunk: the bytes before the first "From " line
+// that are not blank (0 when there are none).
+[[nodiscard]] QList<MboxEntry> SplitMbox(const QByteArray &data, qint64 *leadingJunk);
+// The "From " line and the escaped message, ready to append to a file.
+[[nodiscard]] QByteArray MboxRecord(const QByteArray &message, const QString &sender, const QDateTime &date);
