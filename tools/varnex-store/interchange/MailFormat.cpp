@@ -56,6 +56,23 @@ bool isBlankLineBefore(const QByteArray &data, qsizetype at)
     return at >= 2 && (data.at(at - 2) == '\n' || (data.at(at - 2) == '\r' && at >= 3 && data.at(at - 3) == '\n'));
 }
 
+// Where binary junk starts in the message bytes [start, end): at the empty
+// line before the first NUL byte, when that lies after the headers; end
+// when there is none.
+qsizetype binaryTail(const QByteArray &data, qsizetype start, qsizetype end)
+{
+    const qsizetype nul = data.indexOf('\0', start);
+    if (nul < 0 || nul >= end)
+        return end;
+    const qsizetype headersEnd = data.indexOf("\n\n", start);
+    qsizetype blank = data.lastIndexOf("\n\n", nul);
+    const qsizetype blankCrLf = data.lastIndexOf("\n\r\n", nul);
+    blank = qMax(blank, blankCrLf);
+    if (blank < start || headersEnd < 0 || blank <= headersEnd)
+        return end; // in the headers: the message itself is damaged
+    return blank + 1 + (data.at(blank + 1) == '\r' ? 1 : 0) + 1;
+}
+
 // Lines that start with ">...>From " lose one ">"; the line ends stay.
 QByteArray unescapeFromLines(const QByteArray &body)
 {
@@ -101,7 +118,7 @@ void exportFailure(InterchangeReport &report, int index, const Item &item, const
 
 } // namespace
 
-QList<MboxEntry> SplitMbox(const QByteArray &data, qint64 *leadingJunk)
+QList<MboxEntry> SplitMbox(const QByteArray &data, QList<MboxJunk> *junk)
 {
     QList<qsizetype> starts;
     for (qsizetype at = data.startsWith("From ") ? 0 : data.indexOf("\nFrom "); at >= 0;
@@ -112,18 +129,23 @@ QList<MboxEntry> SplitMbox(const QByteArray &data, qint64 *leadingJunk)
         if (line == 0 || isBlankLineBefore(data, line) || envelopeDateOf(fromLine).isValid())
             starts << line;
     }
-    *leadingJunk = 0;
-    const QByteArray before = data.left(starts.isEmpty() ? data.size() : starts.first());
-    if (!before.trimmed().isEmpty())
-        *leadingJunk = before.size();
+    junk->clear();
+    const qsizetype firstStart = starts.isEmpty() ? data.size() : starts.first();
+    if (!data.left(firstStart).trimmed().isEmpty())
+        junk->append({0, firstStart, 0});
     QList<MboxEntry> entries;
     for (qsizetype i = 0; i < starts.size(); ++i) {
         const qsizetype lineEnd = data.indexOf('\n', starts[i]);
-        const qsizetype end = i + 1 < starts.size() ? starts[i + 1] : data.size();
+        qsizetype end = i + 1 < starts.size() ? starts[i + 1] : data.size();
         MboxEntry entry;
         entry.offset = starts[i];
         entry.envelopeDate = envelopeDateOf(data.mid(starts[i], lineEnd < 0 ? -1 : lineEnd - starts[i]));
         const qsizetype bodyStart = lineEnd < 0 || lineEnd >= end ? end : lineEnd + 1;
+        const qsizetype cut = binaryTail(data, bodyStart, end);
+        if (cut < end) {
+            junk->append({cut, end - cut, int(i) + 1});
+            end = cut;
+        }
         QByteArray message = data.mid(bodyStart, end - bodyStart);
         // The empty line before the next "From " line belongs to the file.
         if (message.endsWith("\r\n\r\n"))
@@ -209,11 +231,13 @@ void ImportMbox(const QString &path, const MAPIFolder &target, InterchangeReport
             report.skip(EntryPosition(file), damage.reason);
             continue;
         }
-        qint64 junk = 0;
+        QList<MboxJunk> junk;
         const QList<MboxEntry> entries = SplitMbox(data, &junk);
-        if (junk > 0)
-            report.skip(QStringLiteral("%1, Byte 0").arg(QFileInfo(file).fileName()),
-                        QStringLiteral("%1 Byte vor der ersten Trennzeile (\"From \") sind keine Mail.").arg(junk));
+        for (const MboxJunk &j : junk)
+            report.skip(QStringLiteral("%1, Byte %2").arg(QFileInfo(file).fileName()).arg(j.offset),
+                        j.afterMessage == 0
+                            ? QStringLiteral("%1 Byte vor der ersten Trennzeile (\"From \") sind keine Mail.").arg(j.size)
+                            : QStringLiteral("%1 Byte Binärdaten nach Mail %2 sind keine Mail.").arg(j.size).arg(j.afterMessage));
         for (int i = 0; i < entries.size(); ++i) {
             const MboxEntry &entry = entries.at(i);
             ImportEntry(report, mboxPosition(file, i + 1, entry.offset),

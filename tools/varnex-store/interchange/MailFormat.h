@@ -6,8 +6,9 @@
 // mbox is written as mboxrd: a body line that starts with "From ", after
 // any number of ">", gets one more ">" in front, and reading takes one
 // away, so that such lines come back exactly. A new message starts at a
-// "From " line at the start of the file or after an empty line. Bytes
-// before the first one are reported and passed over.
+// "From " line at the start of the file or after an empty line, or at any
+// "From " line that carries a date. Bytes before the first one and binary
+// junk between messages are reported and passed over.
 
 #include "ItemFields.h"
 
@@ -27,8 +28,15 @@ struct MboxEntry {
     QDateTime envelopeDate; // from the "From " line; invalid when unreadable
     QByteArray message;
 };
-// Splits an mbox file. leadingJunk: the bytes before the first "From " line
-// that are not blank (0 when there are none).
-[[nodiscard]] QList<MboxEntry> SplitMbox(const QByteArray &data, qint64 *leadingJunk);
+// Bytes of an mbox file that belong to no message.
+struct MboxJunk {
+    qint64 offset = 0;
+    qint64 size = 0;
+    int afterMessage = 0; // 0: before the first one
+};
+// Splits an mbox file. Junk: the bytes before the first "From " line that
+// are not blank, and binary data (holding NUL bytes, which no message may
+// hold) from the empty line before it to the next "From " line.
+[[nodiscard]] QList<MboxEntry> SplitMbox(const QByteArray &data, QList<MboxJunk> *junk);
 // The "From " line and the escaped message, ready to append to a file.
 [[nodiscard]] QByteArray MboxRecord(const QByteArray &message, const QString &sender, const QDateTime &date);

@@ -133,6 +133,7 @@ QString textOf(GMimePart *part)
 struct ContentReader {
     Item &item;
     GMimePart *body = nullptr;
+    GMimePart *htmlBody = nullptr; // gave the body text; kept as a hidden attachment
     int partNumber = 0;
 
     void addPart(GMimePart *part, bool hiddenByPlace)
@@ -157,7 +158,7 @@ struct ContentReader {
         const bool attached = disposition && g_ascii_strcasecmp(disposition, GMIME_DISPOSITION_ATTACHMENT) == 0;
         const bool inlineWithId = disposition && g_ascii_strcasecmp(disposition, GMIME_DISPOSITION_INLINE) == 0 &&
                                   g_mime_part_get_content_id(part);
-        if (!attached && (hiddenByPlace || inlineWithId))
+        if (!attached && (hiddenByPlace || inlineWithId || part == htmlBody))
             added.setHidden(true);
     }
 
@@ -227,7 +228,7 @@ void ReadMimeContent(GMimeObject *content, Item &item)
         const QString text = textOf(reader.body);
         item.setBody(fromHtml ? PlainTextOfHtml(text) : text);
         if (fromHtml) // the body keeps only the text: the HTML stays as a hidden attachment
-            reader.body = nullptr;
+            std::swap(reader.body, reader.htmlBody);
     }
     reader.walk(content, false);
 }
