@@ -55,6 +55,7 @@ bool isValidUtf8(const QByteArray &bytes)
 
 QString DecodeCharset(const QByteArray &bytes, const QString &charset)
 {
+    EnsureGMime(); // its table of charset names
     QString text;
     const QByteArray label = charset.trimmed().toLatin1();
     // Valid UTF-8 with letters beyond ASCII is practically never real

@@ -74,13 +74,13 @@ struct AddressMembers {
     ContactText whole, street, poBox, postalCode, city, state, country;
 };
 const AddressMembers s_addresses[] = {
-    {"Business", &pst_item_contact::business_address, &pst_item_contact::business_street,
+    {"BusinessAddress", &pst_item_contact::business_address, &pst_item_contact::business_street,
      &pst_item_contact::business_po_box, &pst_item_contact::business_postal_code, &pst_item_contact::business_city,
      &pst_item_contact::business_state, &pst_item_contact::business_country},
-    {"Home", &pst_item_contact::home_address, &pst_item_contact::home_street, &pst_item_contact::home_po_box,
+    {"HomeAddress", &pst_item_contact::home_address, &pst_item_contact::home_street, &pst_item_contact::home_po_box,
      &pst_item_contact::home_postal_code, &pst_item_contact::home_city, &pst_item_contact::home_state,
      &pst_item_contact::home_country},
-    {"Other", &pst_item_contact::other_address, &pst_item_contact::other_street, &pst_item_contact::other_po_box,
+    {"OtherAddress", &pst_item_contact::other_address, &pst_item_contact::other_street, &pst_item_contact::other_po_box,
      &pst_item_contact::other_postal_code, &pst_item_contact::other_city, &pst_item_contact::other_state,
      &pst_item_contact::other_country},
 };
