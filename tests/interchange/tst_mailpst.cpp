@@ -1,8 +1,10 @@
-// PST import. No program in reach writes PST files, so the items are built
-// the way libpst hands them over (pst_item, freed by libpst itself) and go
-// through the same mapping as a real file; the file level is tested with
-// files libpst must refuse: they are skipped, never changed.
+// PST import. No program in reach writes PST files: the mapping is tested on
+// items built the way libpst hands them over (pst_item, freed by libpst
+// itself), the whole road on a small PST file that the test writes
+// (PstTestFile.h) and libpst reads; files libpst must refuse are skipped and
+// never changed.
 #include "MailTestItems.h"
+#include "PstTestFile.h"
 #include "interchange/Interchange.h"
 #include "interchange/PstFormat.h"
 #include "interchange/PstItems.h"
@@ -13,6 +15,7 @@
 #include <QTimeZone>
 
 #include <cstring>
+#include <functional>
 
 class tst_MailPst : public QObject
 {
@@ -27,6 +30,7 @@ private slots:
     void folderKindFollowsContainerClass();
     void unreadableFileIsSkippedAndLeftAlone_data();
     void unreadableFileIsSkippedAndLeftAlone();
+    void pstFileComesInWithItsFolderTree();
 };
 
 namespace {
@@ -332,6 +336,103 @@ void tst_MailPst::unreadableFileIsSkippedAndLeftAlone()
     QCOMPARE(QFileInfo(path).lastModified(), modified);
     QVERIFY(file.open(QIODevice::ReadOnly));
     QCOMPARE(file.readAll(), content);
+}
+
+// A PST file of a store, a top folder, two kinds of folders, a nested one
+// and four items, written by PstTestFile and read by libpst for real.
+void tst_MailPst::pstFileComesInWithItsFolderTree()
+{
+    using P = PstTestFile;
+    PstTestFile pst;
+    const QDateTime sent(QDate(2025, 3, 14), QTime(9, 30));
+    const quint32 top = pst.add(0, {P::text(0x3001, QStringLiteral("Oberste Ebene")), P::int32(0x3602, 0)}, true);
+    pst.addStore({P::text(0x3001, QStringLiteral("Persönliche Ordner")), PstTestFile::entryIdOf(0x35E0, top)});
+    const quint32 inbox = pst.add(top, {P::text(0x3001, QStringLiteral("Posteingang")), P::int32(0x3602, 1),
+                                        P::text(0x3613, QStringLiteral("IPF.Note"))}, true);
+    const quint32 project = pst.add(inbox, {P::text(0x3001, QStringLiteral("Projekt Umbau")), P::int32(0x3602, 1),
+                                            P::text(0x3613, QStringLiteral("IPF.Note"))}, true);
+    const quint32 contacts = pst.add(top, {P::text(0x3001, QStringLiteral("Kontakte")), P::int32(0x3602, 1),
+                                           P::text(0x3613, QStringLiteral("IPF.Contact"))}, true);
+    const quint32 calendar = pst.add(top, {P::text(0x3001, QStringLiteral("Kalender")), P::int32(0x3602, 1),
+                                           P::text(0x3613, QStringLiteral("IPF.Appointment"))}, true);
+    pst.add(inbox, {P::text(0x001A, QStringLiteral("IPM.Note")), P::text(0x0037, QStringLiteral("Angebot für Jörg")),
+                    P::text(0x1000, QStringLiteral("Guten Tag,\r\nanbei das Angebot.")),
+                    P::text(0x0042, QStringLiteral("Hans Müller")), P::text(0x0065, QStringLiteral("hans@example.de")),
+                    P::text(0x0E04, QStringLiteral("Jörg Weiß")), P::time(0x0039, sent),
+                    P::time(0x0E06, sent.addSecs(300)), P::int32(0x0E07, PST_FLAG_READ), P::int32(0x0017, 2)},
+            false);
+    pst.add(project, {P::text(0x001A, QStringLiteral("IPM.Note")), P::text(0x0037, QStringLiteral("Baustelle")),
+                      P::text(0x1000, QStringLiteral("Termin am Montag."))},
+            false);
+    pst.addDamaged(project, QByteArray("\x10\x00\xEC\xBC\x20\x00\x00\x00kaputt und zu kurz", 26));
+    pst.add(contacts, {P::text(0x001A, QStringLiteral("IPM.Contact")), P::text(0x3001, QStringLiteral("Weiß, Jörg")),
+                       P::text(0x3A06, QStringLiteral("Jörg")), P::text(0x3A11, QStringLiteral("Weiß")),
+                       P::text(0x3A16, QStringLiteral("Müller & Söhne")), P::text(0x3A08, QStringLiteral("0221 12345"))},
+            false);
+    pst.add(calendar, {P::text(0x001A, QStringLiteral("IPM.Appointment")), P::text(0x0037, QStringLiteral("Zahnarzt")),
+                       P::time(0x820D, sent), P::time(0x820E, sent.addSecs(45 * 60)),
+                       P::text(0x8208, QStringLiteral("Praxis Dr. Lang"))},
+            false);
+    TempProfile profile;
+    const QString path = profile.scratch(QStringLiteral("Archiv.pst"));
+    QFile out(path);
+    QVERIFY(out.open(QIODevice::WriteOnly));
+    out.write(pst.bytes());
+    out.close();
+    const QByteArray before = pst.bytes();
+    MAPIFolder target = TempProfile::folderOf(olFolderInbox).Folders().Add(QStringLiteral("Aus PST"));
+    InterchangeReport report;
+    ImportPst(path, target, report);
+    QCOMPARE(report.read, 5);
+    QCOMPARE(report.imported, 4);
+    QCOMPARE(report.skipped.size(), 1);
+    QVERIFY2(report.skipped.first().startsWith(QStringLiteral("Archiv.pst, Ordner \"/Posteingang/Projekt Umbau\", Element 2: ")),
+             qPrintable(report.skipped.first()));
+
+    QStringList tree;
+    std::function<void(const MAPIFolder &, const QString &)> list = [&](const MAPIFolder &folder, const QString &path) {
+        for (const MAPIFolder &sub : folder.Folders()) {
+            tree << QStringLiteral("%1%2 [%3] %4").arg(path, sub.Name(), sub.ContainerClass()).arg(sub.Items().Count());
+            list(sub, path + sub.Name() + u'/');
+        }
+    };
+    list(target, QString());
+    QCOMPARE(tree, QStringList({QStringLiteral("Posteingang [IPF.Note] 1"),
+                                QStringLiteral("Posteingang/Projekt Umbau [IPF.Note] 1"),
+                                QStringLiteral("Kontakte [IPF.Contact] 1"), QStringLiteral("Kalender [IPF.Appointment] 1")}));
+
+    const auto check = [](const Item &item, const QStringList &expected) {
+        for (const QString &line : expected) {
+            const QString name = line.section(u'=', 0, 0), want = line.section(u'=', 1);
+            const QString got = name == u"MessageClass" ? item.MessageClass() : item.text(name);
+            QVERIFY2(got == want, qPrintable(QStringLiteral("%1: [%2], erwartet [%3]").arg(name, got, want)));
+        }
+    };
+    const QString sentText = sent.toString(QStringLiteral("dd.MM.yyyy hh:mm:ss"));
+    check(target.Folders().Item(1).Items().Item(1),
+          {QStringLiteral("MessageClass=IPM.Note"), QStringLiteral("Subject=Angebot für Jörg"),
+           QStringLiteral("Body=Guten Tag,\r\nanbei das Angebot."), QStringLiteral("SenderName=Hans Müller"),
+           QStringLiteral("SenderEmailAddress=hans@example.de"), QStringLiteral("To=Jörg Weiß"),
+           QStringLiteral("SentOn=") + sentText,
+           QStringLiteral("ReceivedTime=") + sent.addSecs(300).toString(QStringLiteral("dd.MM.yyyy hh:mm:ss")),
+           QStringLiteral("UnRead=Falsch"), QStringLiteral("Importance=2")});
+    check(target.Folders().Item(1).Folders().Item(1).Items().Item(1),
+          {QStringLiteral("Subject=Baustelle"), QStringLiteral("UnRead=Wahr")});
+    check(target.Folders().Item(2).Items().Item(1),
+          {QStringLiteral("MessageClass=IPM.Contact"), QStringLiteral("FullName=Jörg Weiß"), QStringLiteral("FileAs=Weiß, Jörg"),
+           QStringLiteral("CompanyName=Müller & Söhne"), QStringLiteral("BusinessTelephoneNumber=0221 12345")});
+    check(target.Folders().Item(3).Items().Item(1),
+          {QStringLiteral("MessageClass=IPM.Appointment"), QStringLiteral("Subject=Zahnarzt"),
+           QStringLiteral("Start=") + sentText, QStringLiteral("Duration=45"), QStringLiteral("Location=Praxis Dr. Lang")});
+
+    QVERIFY(out.open(QIODevice::ReadOnly));
+    QCOMPARE(out.readAll(), before); // read, never written
+
+    InterchangeReport again; // a second import fills the same folders
+    ImportPst(path, target, again);
+    QCOMPARE(again.imported, 4);
+    QCOMPARE(target.Folders().Count(), 3);
+    QCOMPARE(target.Folders().Item(1).Items().Count(), 2);
 }
 
 QTEST_GUILESS_MAIN(tst_MailPst)

@@ -8,6 +8,8 @@
 #include "VCardFormat.h"
 
 // Mail
+#include "MailFormat.h"
+#include "PstFormat.h"
 
 const QList<InterchangeFormat> &InterchangeFormats()
 {
@@ -23,7 +25,13 @@ const QList<InterchangeFormat> &InterchangeFormats()
 
 
         // Mail
-
+        {QStringLiteral("eml"), {}, QStringLiteral("Mails und Bereitstellungen, eine .eml-Datei je Nachricht (Ordner)"),
+         olFolderInbox, ImportEml, ExportEml},
+        {QStringLiteral("mbox"), {QStringLiteral("mbx")}, QStringLiteral("Mails und Bereitstellungen in einer mbox-Datei"),
+         olFolderInbox, ImportMbox, ExportMbox},
+        {QStringLiteral("pst"), {QStringLiteral("ost")},
+         QStringLiteral("Outlook-Datendatei: Ordnerbaum mit Mails, Kontakten, Terminen ..."), olFolderInbox,
+         ImportPst, nullptr},
     };
     return formats;
 }

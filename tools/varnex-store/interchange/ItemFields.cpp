@@ -79,7 +79,11 @@ void ImportEntry(InterchangeReport &report, const QString &where, const std::fun
 QString EncodeExtensionValue(const PropDef &def, const QVariant &value)
 {
     switch (def.type) {
-    case PropType::Date: return value.toDateTime().toString(dateFormat);
+    case PropType::Date: {
+        // Milliseconds only where there are some (times the store set itself).
+        const QDateTime when = value.toDateTime();
+        return when.time().msec() ? when.toString(dateFormat + QStringLiteral(".zzz")) : when.toString(dateFormat);
+    }
     case PropType::Boolean: return value.toBool() ? QStringLiteral("TRUE") : QStringLiteral("FALSE");
     case PropType::Integer: return QString::number(value.toInt());
     case PropType::Text: return value.toString();
@@ -91,7 +95,9 @@ QVariant DecodeExtensionValue(const PropDef &def, const QString &text)
 {
     switch (def.type) {
     case PropType::Date: {
-        const QDateTime when = QDateTime::fromString(text.trimmed(), dateFormat);
+        QDateTime when = QDateTime::fromString(text.trimmed(), dateFormat);
+        if (!when.isValid())
+            when = QDateTime::fromString(text.trimmed(), dateFormat + QStringLiteral(".zzz"));
         if (!when.isValid())
             notAValue(def, text);
         return when;

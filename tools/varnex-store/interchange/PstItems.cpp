@@ -158,7 +158,6 @@ void fillMail(Item &target, pst_item *item, const TextOf &text)
     }
     setDate(target, "SentOn", e->sent_date);
     setDate(target, "ReceivedTime", e->arrival_date ? e->arrival_date : e->sent_date);
-    target.set(QStringLiteral("UnRead"), !(item->flags & PST_FLAG_READ));
 }
 
 void addAttachments(Item &target, pst_item *item, pst_file *file, const TextOf &text, QStringList *notes)
@@ -277,6 +276,8 @@ Item ItemFromPst(pst_item *item, const MAPIFolder &folder, pst_file *file, QStri
         if (itemClass == olMail || itemClass == olPost)
             fillMail(target, item, text);
     }
+    if (itemClass == olMail || itemClass == olPost)
+        target.set(QStringLiteral("UnRead"), !(item->flags & PST_FLAG_READ));
     if (itemClass == olContact && item->contact)
         fillContact(target, item, text);
     if (itemClass == olAppointment && item->appointment)
