@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTextStream>
 
 class tst_InterchangeFramework : public QObject
 {
@@ -23,6 +24,8 @@ private slots:
     void reportNamesEverySkip();
     void extensionValuesRoundTrip_data();
     void extensionValuesRoundTrip();
+    void commandExitCodes_data();
+    void commandExitCodes();
 };
 
 namespace {
@@ -163,6 +166,53 @@ void tst_InterchangeFramework::extensionValuesRoundTrip()
     QCOMPARE(UnescapeText(EscapeText(text)), text);
     if (def.type != PropType::Text)
         QVERIFY_THROWS_EXCEPTION(StoreError, DecodeExtensionValue(def, QStringLiteral("Unsinn")));
+}
+
+void tst_InterchangeFramework::commandExitCodes_data()
+{
+    QTest::addColumn<QString>("command");
+    QTest::addColumn<QString>("format");
+    QTest::addColumn<QString>("fileContent"); // "" for no file at all
+    QTest::addColumn<QString>("storeFolder");
+    QTest::addColumn<int>("exitCode");
+    QTest::addColumn<QString>("textPart"); // in the report (out) or the problem (err)
+    const QString card = QStringLiteral("BEGIN:VCARD\r\nFN:Anna Berg\r\nEND:VCARD\r\n");
+    QTest::newRow("Import ohne Probleme") << "import" << "vcf" << card << "Kontakte/Neu" << 0
+                                          << "1 Einträge gelesen, 1 Element(e) importiert, 0 übersprungen.";
+    QTest::newRow("Import mit übersprungener Karte") << "import" << "vcard" << card + "BEGIN:VCARD\r\nFN:Rest" << "" << 3
+                                                     << "übersprungen: daten.vcf, Zeile 4: Die Datei endet vor END:VCARD";
+    QTest::newRow("unbekanntes Format") << "import" << "csv" << card << "" << 2 << "Das Format \"csv\" gibt es nicht.";
+    QTest::newRow("fehlende Datei") << "import" << "vcard" << "" << "" << 1 << "gibt es nicht.";
+    QTest::newRow("Ordner der falschen Art") << "import" << "vcard" << card << "Kalender" << 1
+                                             << "Der Ordner \"Kalender\" ist kein Kontaktordner.";
+    QTest::newRow("Export aus fehlendem Ordner") << "export" << "vcard" << "" << "Kontakte/Gibtsnicht" << 1
+                                                 << "Den Ordner \"Kontakte/Gibtsnicht\" gibt es nicht.";
+    QTest::newRow("Export ohne Probleme") << "export" << "vcard4" << "" << "" << 0
+                                          << "Export beendet: 0 Element(e) exportiert, 0 übersprungen.";
+}
+
+void tst_InterchangeFramework::commandExitCodes()
+{
+    QFETCH(QString, command);
+    QFETCH(QString, format);
+    QFETCH(QString, fileContent);
+    QFETCH(QString, storeFolder);
+    QFETCH(int, exitCode);
+    QFETCH(QString, textPart);
+    TempProfile profile;
+    CreateProfile();
+    const QString path = profile.scratch(QStringLiteral("daten.vcf"));
+    if (!fileContent.isEmpty()) {
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(fileContent.toUtf8());
+    }
+    QString outText, errText;
+    QTextStream out(&outText), err(&errText);
+    QCOMPARE(RunInterchangeCommand(command, format, path, storeFolder, out, err), exitCode);
+    out.flush();
+    err.flush();
+    QVERIFY2((outText + errText).contains(textPart), qPrintable(outText + errText));
 }
 
 QTEST_GUILESS_MAIN(tst_InterchangeFramework)
