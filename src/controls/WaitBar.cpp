@@ -31,10 +31,13 @@ void WaitBar::paintEvent(QPaintEvent *)
     QPainter p(this);
     p.setRenderHint(QPainter::Antialiasing);
     const QRectF frame = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
+    // At rest the track takes the window's colour, so that it does not look
+    // like an empty text field waiting for input.
+    const bool running = m_timer.isActive();
     p.setPen(palette().color(QPalette::Mid));
-    p.setBrush(palette().color(QPalette::Base));
+    p.setBrush(running ? palette().color(QPalette::Base) : palette().color(QPalette::Window).darker(104));
     p.drawRoundedRect(frame, 3, 3);
-    if (!m_timer.isActive())
+    if (!running)
         return;
     const int block = width() / 5;
     QLinearGradient g(m_position, 0, m_position + block, 0);
