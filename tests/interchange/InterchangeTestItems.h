@@ -12,8 +12,8 @@
 
 // The properties in which the copy differs from the original, as
 // "Name: original | copy". Identity and modification time are the copy's
-// own; times count to the second; the user property "VX UID" is the
-// identity the copy keeps of its original.
+// own; the user property "VX UID" is the identity the copy keeps of its
+// original.
 inline QStringList ItemDifferences(const Item &original, const Item &copy)
 {
     QStringList diffs;
@@ -24,8 +24,8 @@ inline QStringList ItemDifferences(const Item &original, const Item &copy)
             continue;
         QVariant a = original.get(name), b = copy.get(name);
         if (a.typeId() == QMetaType::QDateTime) {
-            a = a.toDateTime().toSecsSinceEpoch();
-            b = b.toDateTime().toSecsSinceEpoch();
+            a = a.toDateTime().toMSecsSinceEpoch();
+            b = b.toDateTime().toMSecsSinceEpoch();
         }
         if (a != b)
             diffs << QStringLiteral("%1: %2 | %3").arg(name, original.text(name).left(60), copy.text(name).left(60));

@@ -157,6 +157,10 @@ int run(const QString &command)
 
 int main(int argc, char *argv[])
 {
+    // Without TZ the C library reads the zone file again at every local time
+    // conversion: half the time of an import. The file is read once instead.
+    if (qEnvironmentVariableIsEmpty("TZ"))
+        qputenv("TZ", ":/etc/localtime");
     QCoreApplication app(argc, argv);
     QStringList args = app.arguments().mid(1);
     const int profileAt = args.indexOf(QStringLiteral("--profile"));
