@@ -23,7 +23,6 @@ const QList<InterchangeFormat> &InterchangeFormats()
          QStringLiteral("Termine, Aufgaben und Journal als iCalendar (Serien bleiben Serien)"), olFolderCalendar,
          ImportICalendar, ExportICalendar},
 
-
         // Mail
         {QStringLiteral("eml"), {}, QStringLiteral("Mails und Bereitstellungen, eine .eml-Datei je Nachricht (Ordner)"),
          olFolderInbox, ImportEml, ExportEml},

@@ -9,6 +9,8 @@
 #include <QLocale>
 #include <QTimeZone>
 
+#include <cstring>
+
 namespace {
 
 const QString asctimeFormat = QStringLiteral("ddd MMM d hh:mm:ss yyyy");
@@ -61,9 +63,12 @@ bool isBlankLineBefore(const QByteArray &data, qsizetype at)
 // when there is none.
 qsizetype binaryTail(const QByteArray &data, qsizetype start, qsizetype end)
 {
-    const qsizetype nul = data.indexOf('\0', start);
-    if (nul < 0 || nul >= end)
+    // Only within the message: a search to the end of the file for every
+    // message would make a large mbox quadratic.
+    const void *hit = memchr(data.constData() + start, 0, size_t(end - start));
+    if (!hit)
         return end;
+    const qsizetype nul = static_cast<const char *>(hit) - data.constData();
     const qsizetype headersEnd = data.indexOf("\n\n", start);
     qsizetype blank = data.lastIndexOf("\n\n", nul);
     const qsizetype blankCrLf = data.lastIndexOf("\n\r\n", nul);

@@ -118,10 +118,15 @@ void put(MailHeaderValues &values, const char *name, const QVariant &value)
         values.insert(QLatin1String(name), value);
 }
 
+// Text that a header carries as it stands: printable ASCII without blanks
+// at either end (which unfolding would lose) and without "=?" (which would
+// read as an encoded word). "" qualifies.
 bool isPlainHeaderText(const QString &value)
 {
-    if (value.isEmpty() || value.front().isSpace() || value.back().isSpace() || value.contains(QLatin1String("=?")))
-        return value.isEmpty();
+    if (value.isEmpty())
+        return true;
+    if (value.front().isSpace() || value.back().isSpace() || value.contains(QLatin1String("=?")))
+        return false;
     for (const QChar c : value)
         if (c.unicode() < 0x20 || c.unicode() > 0x7E)
             return false;

@@ -243,9 +243,10 @@ QString PlainTextOfHtml(const QString &html)
     static const QRegularExpression tags(QStringLiteral("<[^>]*>"));
     static const QRegularExpression numeric(QStringLiteral("&#(x?)([0-9a-fA-F]+);"));
     static const QRegularExpression blankRuns(QStringLiteral("\n{3,}"));
+    static const QRegularExpression whitespace(QStringLiteral("\\s+"));
     QString text = html;
     text.remove(invisible);
-    text.replace(QRegularExpression(QStringLiteral("\\s+")), QStringLiteral(" "));
+    text.replace(whitespace, QStringLiteral(" "));
     text.replace(breaks, QStringLiteral("\n"));
     text.remove(tags);
     QString decoded;

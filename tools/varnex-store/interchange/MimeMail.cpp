@@ -84,16 +84,15 @@ void applyExtensionHeaders(GMimeMessage *message, MailHeaderValues &values, QLis
             continue;
         const QString property = name.mid(prefix.size());
         const QString text = ExactHeaderValue(header);
-        if (property.compare(QLatin1String("UserProperty"), Qt::CaseInsensitive) == 0 ||
-            property.compare(QLatin1String("MessageClass"), Qt::CaseInsensitive) == 0)
-            rest.append({property, text});
-        else if (!MailHeaderProperties().contains(property.toLower()))
-            rest.append({property, text});
-        else if (text.isEmpty())
-            values.remove(QString::fromLatin1(PropertyAt(PropertySlot(property)).name));
+        if (!MailHeaderProperties().contains(property.toLower())) {
+            rest.append({property, text}); // user properties, the class, fields without a home
+            continue;
+        }
+        const PropDef &def = PropertyAt(PropertySlot(property));
+        if (text.isEmpty())
+            values.remove(QString::fromLatin1(def.name));
         else
-            values.insert(QString::fromLatin1(PropertyAt(PropertySlot(property)).name),
-                          DecodeExtensionValue(PropertyAt(PropertySlot(property)), text));
+            values.insert(QString::fromLatin1(def.name), DecodeExtensionValue(def, text));
     }
 }
 
