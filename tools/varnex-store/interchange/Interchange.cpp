@@ -150,11 +150,11 @@ QString InterchangeFormatsUsage()
     for (const InterchangeFormat &format : InterchangeFormats()) {
         QString names = format.name;
         if (!format.aliases.isEmpty())
-            names += u'|' + format.aliases.join(u'|');
-        QString directions = format.importer && format.exporter ? QStringLiteral("Import und Export")
-                             : format.importer                  ? QStringLiteral("nur Import")
-                                                                : QStringLiteral("nur Export");
-        text += QStringLiteral("  %1 %2 (%3)\n").arg(names.leftJustified(12), format.description, directions);
+            names += QStringLiteral(" (") + format.aliases.join(QStringLiteral(", ")) + u')';
+        const QString directions = format.importer && format.exporter ? QStringLiteral("Import und Export")
+                                   : format.importer                  ? QStringLiteral("nur Import")
+                                                                      : QStringLiteral("nur Export");
+        text += QStringLiteral("  %1 %2; %3\n").arg(names.leftJustified(26), format.description, directions);
     }
     return text;
 }
