@@ -4,6 +4,7 @@
 // and the size of the files.
 //
 //   build/bin/bench_interchange [count]
+#include "frame/GlobalFunctions.h"
 #include "interchange/Interchange.h"
 
 #include <QCoreApplication>
@@ -88,10 +89,7 @@ void measure(const char *label, const QString &format, const MAPIFolder &source,
 
 int main(int argc, char *argv[])
 {
-    // As varnex-store does: the zone file is read once, not at every local
-    // time conversion (which doubles the time of an import).
-    if (qEnvironmentVariableIsEmpty("TZ"))
-        qputenv("TZ", ":/etc/localtime");
+    ReadTimeZoneFileOnce();
     QCoreApplication app(argc, argv);
     const int count = argc > 1 ? std::atoi(argv[1]) : 50000;
     QTemporaryDir dir;

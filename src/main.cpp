@@ -1,10 +1,12 @@
 #include "controls/MessageBox.h"
+#include "frame/GlobalFunctions.h"
 #include "frame/Main.h"
 
 #include <QApplication>
 
 int main(int argc, char *argv[])
 {
+    ReadTimeZoneFileOnce();
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Varnex"));
     QApplication::setOrganizationName(QStringLiteral("Nordquell"));

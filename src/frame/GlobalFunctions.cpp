@@ -129,3 +129,9 @@ QString ProgramVersion()
 {
     return QStringLiteral(VARNEX_VERSION);
 }
+
+void ReadTimeZoneFileOnce()
+{
+    if (qEnvironmentVariableIsEmpty("TZ"))
+        qputenv("TZ", ":/etc/localtime");
+}

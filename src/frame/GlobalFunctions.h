@@ -72,3 +72,9 @@ QString ProgramFile(const QString &fileName);
 
 // The program's version as three numbers joined by ".".
 QString ProgramVersion();
+
+// Call first thing in main(), before any thread starts. Without TZ the C
+// library reads the zone file again at every local time conversion (half
+// the time of a store import); pointing TZ at the system's file has it read
+// once. A TZ the user set is kept.
+void ReadTimeZoneFileOnce();

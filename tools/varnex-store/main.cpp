@@ -2,6 +2,7 @@
 // mail store. The program itself has no command line; this tool creates a
 // profile, fills a demo profile, lists what a profile holds, and imports and
 // exports other programs' files (interchange/).
+#include "frame/GlobalFunctions.h"
 #include "Demo.h"
 #include "interchange/Interchange.h"
 
@@ -157,10 +158,7 @@ int run(const QString &command)
 
 int main(int argc, char *argv[])
 {
-    // Without TZ the C library reads the zone file again at every local time
-    // conversion: half the time of an import. The file is read once instead.
-    if (qEnvironmentVariableIsEmpty("TZ"))
-        qputenv("TZ", ":/etc/localtime");
+    ReadTimeZoneFileOnce();
     QCoreApplication app(argc, argv);
     QStringList args = app.arguments().mid(1);
     const int profileAt = args.indexOf(QStringLiteral("--profile"));
