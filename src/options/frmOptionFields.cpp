@@ -1,9 +1,14 @@
 #include "options/frmOptionFields.h"
 
 #include "controls/sevText.h"
+#include "options/OptionsLogic.h"
 
+#include <QComboBox>
 #include <QEvent>
 #include <QLineEdit>
+#include <QRegularExpressionValidator>
+
+#include <algorithm>
 
 namespace {
 
@@ -65,4 +70,28 @@ void OnFocusIn(QWidget *field, QObject *context, std::function<void()> handler)
     // A composite field takes the focus in its editor.
     QWidget *target = field->focusProxy() ? field->focusProxy() : field;
     target->installEventFilter(new FocusWatcher(context, std::move(handler)));
+}
+
+QLineEdit *CreateDigitsField(const QString &name, int maxLength, const QString &pattern, QWidget *parent)
+{
+    auto *field = new QLineEdit(parent);
+    field->setObjectName(name);
+    field->setMaxLength(maxLength);
+    field->setValidator(new QRegularExpressionValidator(QRegularExpression(pattern), field));
+    field->setMaximumWidth(80);
+    return field;
+}
+
+QComboBox *CreateCountrySelectBox(QWidget *parent)
+{
+    auto *box = new QComboBox(parent);
+    box->setObjectName(QStringLiteral("cmbCountrySelect"));
+    box->setProperty("Tag", QStringLiteral("n"));
+    QStringList sorted = CountrySelectEntries();
+    std::sort(sorted.begin(), sorted.end(), [](const QString &a, const QString &b) {
+        return QString::localeAwareCompare(a, b) < 0;
+    });
+    box->addItems(sorted);
+    box->setCurrentIndex(-1);
+    return box;
 }

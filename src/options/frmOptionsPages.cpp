@@ -17,7 +17,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QRegularExpressionValidator>
 #include <QStyle>
 #include <QRadioButton>
 #include <QSlider>
@@ -189,30 +188,14 @@ void frmOptions::buildTelephonePage(QFrame *page)
     quick->setObjectName(QStringLiteral("frTelQuick"));
     auto *grid = new QGridLayout(quick);
     grid->addWidget(label(QStringLiteral("lblTelQuick"), QStringLiteral("Schnellauswahl"), quick), 0, 0);
-    auto *cmbCountrySelect = new QComboBox(quick);
-    cmbCountrySelect->setObjectName(QStringLiteral("cmbCountrySelect"));
-    cmbCountrySelect->setProperty("Tag", QStringLiteral("n"));
-    QStringList sorted = CountrySelectEntries();
-    std::sort(sorted.begin(), sorted.end(), [](const QString &a, const QString &b) {
-        return QString::localeAwareCompare(a, b) < 0;
-    });
-    cmbCountrySelect->addItems(sorted);
-    cmbCountrySelect->setCurrentIndex(-1);
+    QComboBox *cmbCountrySelect = CreateCountrySelectBox(quick);
     grid->addWidget(cmbCountrySelect, 1, 0);
     connect(cmbCountrySelect, &QComboBox::textActivated, this, &frmOptions::countrySelected);
 
-    auto digitsField = [quick](const QString &name, int maxLength, const QString &pattern) {
-        auto *field = new QLineEdit(quick);
-        field->setObjectName(name);
-        field->setMaxLength(maxLength);
-        field->setValidator(new QRegularExpressionValidator(QRegularExpression(pattern), field));
-        field->setMaximumWidth(80);
-        return field;
-    };
-    m_txtCountryCode = digitsField(QStringLiteral("txtCountryCode"), 3, QStringLiteral("\\d{0,3}"));
-    m_txtIDDP = digitsField(QStringLiteral("txtIDDP"), 3, QStringLiteral("\\d{0,3}"));
-    m_txtNDDP = digitsField(QStringLiteral("txtNDDP"), 3, QStringLiteral("\\d{0,3}"));
-    QLineEdit *txtDurchwahlTrenn = digitsField(QStringLiteral("txtDurchwahlTrenn"), 1, QStringLiteral("[0-9-]?"));
+    m_txtCountryCode = CreateDigitsField(QStringLiteral("txtCountryCode"), 3, QStringLiteral("\\d{0,3}"), quick);
+    m_txtIDDP = CreateDigitsField(QStringLiteral("txtIDDP"), 3, QStringLiteral("\\d{0,3}"), quick);
+    m_txtNDDP = CreateDigitsField(QStringLiteral("txtNDDP"), 3, QStringLiteral("\\d{0,3}"), quick);
+    QLineEdit *txtDurchwahlTrenn = CreateDigitsField(QStringLiteral("txtDurchwahlTrenn"), 1, QStringLiteral("[0-9-]?"), quick);
     const QList<QPair<QString, QLineEdit *>> rows{
         {QStringLiteral("Eigene Ländervorwahl"), m_txtCountryCode},
         {QStringLiteral("Eigenes internationales Präfix"), m_txtIDDP},
@@ -238,10 +221,10 @@ void frmOptions::buildTelephonePage(QFrame *page)
     m_frFilterTel->setCheckable(true);
     auto *filter = new QGridLayout(m_frFilterTel);
     filter->addWidget(checkBox(QStringLiteral("chkFilterCountry"), QStringLiteral("Ländervorwahl"), m_frFilterTel), 0, 0);
-    filter->addWidget(digitsField(QStringLiteral("txtFilterCountryStr"), 4, QStringLiteral("\\d{0,4}")), 0, 1);
+    filter->addWidget(CreateDigitsField(QStringLiteral("txtFilterCountryStr"), 4, QStringLiteral("\\d{0,4}"), m_frFilterTel), 0, 1);
     filter->addWidget(checkBox(QStringLiteral("chkFilterArea"), QStringLiteral("Ortvorwahl (ohne nationales Präfix)"),
                                m_frFilterTel), 1, 0);
-    filter->addWidget(digitsField(QStringLiteral("txtFilterAreaStr"), 10, QStringLiteral("\\d{0,10}")), 1, 1);
+    filter->addWidget(CreateDigitsField(QStringLiteral("txtFilterAreaStr"), 10, QStringLiteral("\\d{0,10}"), m_frFilterTel), 1, 1);
     filter->addWidget(checkBox(QStringLiteral("chkCountryFilter"), QStringLiteral("Land"), m_frFilterTel), 2, 0);
     filter->addWidget(CreateListField(QStringLiteral("cmbCountryFilterText"), QStringLiteral("CountryFilter.dat"),
                                       QStringLiteral("Länder"), m_frFilterTel), 2, 1);

@@ -10,7 +10,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QRegularExpressionValidator>
 #include <QVBoxLayout>
 
 namespace {
@@ -21,16 +20,6 @@ QLabel *label(const QString &name, const QString &text, QWidget *parent)
     l->setObjectName(name);
     l->setWordWrap(true);
     return l;
-}
-
-QLineEdit *digitsField(const QString &name, int maxLength, const QString &pattern, QWidget *parent)
-{
-    auto *field = new QLineEdit(parent);
-    field->setObjectName(name);
-    field->setMaxLength(maxLength);
-    field->setValidator(new QRegularExpressionValidator(QRegularExpression(pattern), field));
-    field->setMaximumWidth(80);
-    return field;
 }
 
 } // namespace
@@ -69,19 +58,11 @@ frmQuickOptions::frmQuickOptions(QWidget *parent)
     auto *country = new QGroupBox(QStringLiteral("Ländereinstellung"), m_frMain[1]);
     auto *grid = new QGridLayout(country);
     grid->addWidget(new QLabel(QStringLiteral("Schnellauswahl"), country), 0, 0);
-    auto *cmbCountrySelect = new QComboBox(country);
-    cmbCountrySelect->setObjectName(QStringLiteral("cmbCountrySelect"));
-    cmbCountrySelect->setProperty("Tag", QStringLiteral("n"));
-    QStringList sorted = CountrySelectEntries();
-    std::sort(sorted.begin(), sorted.end(), [](const QString &a, const QString &b) {
-        return QString::localeAwareCompare(a, b) < 0;
-    });
-    cmbCountrySelect->addItems(sorted);
-    cmbCountrySelect->setCurrentIndex(-1);
+    QComboBox *cmbCountrySelect = CreateCountrySelectBox(country);
     grid->addWidget(cmbCountrySelect, 1, 0);
-    QLineEdit *countryCode = digitsField(QStringLiteral("txtCountryCode"), 3, QStringLiteral("\\d{0,3}"), country);
-    QLineEdit *iddp = digitsField(QStringLiteral("txtIDDP"), 3, QStringLiteral("\\d{0,3}"), country);
-    QLineEdit *nddp = digitsField(QStringLiteral("txtNDDP"), 3, QStringLiteral("\\d{0,3}"), country);
+    QLineEdit *countryCode = CreateDigitsField(QStringLiteral("txtCountryCode"), 3, QStringLiteral("\\d{0,3}"), country);
+    QLineEdit *iddp = CreateDigitsField(QStringLiteral("txtIDDP"), 3, QStringLiteral("\\d{0,3}"), country);
+    QLineEdit *nddp = CreateDigitsField(QStringLiteral("txtNDDP"), 3, QStringLiteral("\\d{0,3}"), country);
     grid->addWidget(new QLabel(QStringLiteral("Eigene Ländervorwahl:"), country), 0, 1);
     grid->addWidget(countryCode, 0, 2);
     grid->addWidget(new QLabel(QStringLiteral("Eigenes internationales Präfix:"), country), 1, 1);
@@ -103,7 +84,7 @@ frmQuickOptions::frmQuickOptions(QWidget *parent)
                                  extension);
     extText->setWordWrap(true);
     extLayout->addWidget(extText, 1);
-    extLayout->addWidget(digitsField(QStringLiteral("txtDurchwahlTrenn"), 1, QStringLiteral("[0-9-]?"), extension));
+    extLayout->addWidget(CreateDigitsField(QStringLiteral("txtDurchwahlTrenn"), 1, QStringLiteral("[0-9-]?"), extension));
     tel->addWidget(extension);
     tel->addStretch();
 
