@@ -4,6 +4,7 @@
 // a run of one format into a fresh folder.
 
 #include "interchange/Interchange.h"
+#include "store/StoreTestProfile.h"
 
 #include <QDir>
 #include <QFile>
@@ -89,4 +90,27 @@ inline MAPIFolder ImportInto(const QString &format, const QString &path, const Q
     const MAPIFolder target = parent.Folders().Add(folderName);
     FindInterchangeFormat(format)->importer(path, target, report);
     return target;
+}
+
+// The body of a damaged-input test: the current row's "file" is imported
+// with the format into a new folder "Fremd"; "read" and "imported" are the
+// expected counts, and each skip must contain its part of "skipParts", in
+// order. Returns the folder for checks of what came through.
+inline MAPIFolder ImportDamagedRow(const QString &format, const QString &fileName, int folderType, TempProfile &profile)
+{
+    QFETCH(QByteArray, file);
+    QFETCH(int, read);
+    QFETCH(int, imported);
+    QFETCH(QStringList, skipParts);
+    InterchangeReport report;
+    const QString path = WriteTestFile(profile.scratch(fileName), file);
+    const MAPIFolder folder = ImportInto(format, path, QStringLiteral("Fremd"), report, folderType);
+    [&] {
+        QCOMPARE(report.read, read);
+        QCOMPARE(report.imported, imported);
+        QCOMPARE(report.skipped.size(), skipParts.size());
+        for (int i = 0; i < skipParts.size(); ++i)
+            QVERIFY2(report.skipped[i].contains(skipParts[i]), qPrintable(report.skipped[i]));
+    }();
+    return folder;
 }

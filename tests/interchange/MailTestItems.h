@@ -80,6 +80,19 @@ inline QStringList ItemDifferences(const Item &a, const Item &b)
     return out;
 }
 
+// "Name Größe versteckt|sichtbar", one per attachment, joined by " + ".
+inline QString AttachmentSummary(const Item &item)
+{
+    QStringList list;
+    const Attachments attachments = item.Attachments();
+    for (int i = 1; i <= attachments.Count(); ++i) {
+        const Attachment a = attachments.Item(i);
+        list << QStringLiteral("%1 %2 %3").arg(a.FileName()).arg(a.Size())
+                    .arg(a.GetProperty(PR_ATTACHMENT_HIDDEN).toBool() ? QStringLiteral("versteckt") : QStringLiteral("sichtbar"));
+    }
+    return list.join(QStringLiteral(" + "));
+}
+
 inline QDateTime At(int year, int month, int day, int hour, int minute, int second = 0)
 {
     return QDateTime(QDate(year, month, day), QTime(hour, minute, second));

@@ -159,18 +159,6 @@ pst_item *buildItem(const QString &kind)
     return item;
 }
 
-QString attachmentSummary(const Item &item)
-{
-    QStringList list;
-    const Attachments attachments = item.Attachments();
-    for (int i = 1; i <= attachments.Count(); ++i) {
-        const Attachment a = attachments.Item(i);
-        list << QStringLiteral("%1 %2 %3").arg(a.FileName()).arg(a.Size())
-                    .arg(a.GetProperty(PR_ATTACHMENT_HIDDEN).toBool() ? QStringLiteral("versteckt") : QStringLiteral("sichtbar"));
-    }
-    return list.join(QStringLiteral(" + "));
-}
-
 } // namespace
 
 void tst_MailPst::pstItemBecomesStoreItem_data()
@@ -251,7 +239,7 @@ void tst_MailPst::pstItemBecomesStoreItem()
         const QString got = name == u"MessageClass" ? item.MessageClass() : item.text(name);
         QVERIFY2(got == want, qPrintable(QStringLiteral("%1: [%2], erwartet [%3]").arg(name, got.left(300), want)));
     }
-    QCOMPARE(attachmentSummary(item), attachments);
+    QCOMPARE(AttachmentSummary(item), attachments);
 }
 
 void tst_MailPst::itemsThatCannotComeOverAreSkipped()

@@ -45,19 +45,6 @@ QByteArray multipart(const QByteArray &type, const QList<QByteArray> &parts, boo
     return closed ? out + "--GRENZE--\n" : out;
 }
 
-// "Name Größe versteckt|sichtbar", one per attachment, joined by " + ".
-QString attachmentSummary(const Item &item)
-{
-    QStringList list;
-    const Attachments attachments = item.Attachments();
-    for (int i = 1; i <= attachments.Count(); ++i) {
-        const Attachment a = attachments.Item(i);
-        list << QStringLiteral("%1 %2 %3").arg(a.FileName()).arg(a.Size())
-                    .arg(a.GetProperty(PR_ATTACHMENT_HIDDEN).toBool() ? QStringLiteral("versteckt") : QStringLiteral("sichtbar"));
-    }
-    return list.join(QStringLiteral(" + "));
-}
-
 } // namespace
 
 void tst_MailReading::foreignMessageGivesItsFields_data()
@@ -160,7 +147,7 @@ void tst_MailReading::foreignMessageGivesItsFields()
         const QString got = name == u"MessageClass" ? item.MessageClass() : item.text(name);
         QVERIFY2(got == want, qPrintable(QStringLiteral("%1: [%2], erwartet [%3]").arg(name, got.left(300), want)));
     }
-    QCOMPARE(attachmentSummary(item), attachments);
+    QCOMPARE(AttachmentSummary(item), attachments);
 }
 
 void tst_MailReading::damagedFileIsSkippedWithReason_data()

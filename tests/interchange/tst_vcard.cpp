@@ -192,20 +192,10 @@ void tst_VCard::damagedInput_data()
 
 void tst_VCard::damagedInput()
 {
-    QFETCH(QByteArray, file);
-    QFETCH(int, read);
-    QFETCH(int, imported);
-    QFETCH(QStringList, skipParts);
     TempProfile profile;
-    InterchangeReport report;
-    const QString path = WriteTestFile(profile.scratch(QStringLiteral("fremd.vcf")), file);
-    const MAPIFolder folder = ImportInto(QStringLiteral("vcard"), path, QStringLiteral("Fremd"), report, olFolderContacts);
-    QCOMPARE(report.read, read);
-    QCOMPARE(report.imported, imported);
-    QCOMPARE(folder.Items().Count(), imported);
-    QCOMPARE(report.skipped.size(), skipParts.size());
-    for (int i = 0; i < skipParts.size(); ++i)
-        QVERIFY2(report.skipped[i].contains(skipParts[i]), qPrintable(report.skipped[i]));
+    const MAPIFolder folder = ImportDamagedRow(QStringLiteral("vcard"), QStringLiteral("fremd.vcf"), olFolderContacts, profile);
+    QFETCH(int, imported);
+    QCOMPARE(folder.Items().Count(), imported); // nothing half-written beside the good cards
 }
 
 void tst_VCard::foldedLinesStayWithinSeventyFiveOctets()
