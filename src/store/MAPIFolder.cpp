@@ -18,11 +18,11 @@ namespace {
 }
 
 // The kind of new folders of a default folder type.
-const DefaultFolderSpec *specOfType(int type)
+const DefaultFolderDef *defaultFolderOfType(int type)
 {
-    for (const DefaultFolderSpec &spec : DefaultFolderSpecs())
-        if (spec.type == type)
-            return &spec;
+    for (const DefaultFolderDef &entry : DefaultFolderDefs())
+        if (entry.type == type)
+            return &entry;
     return nullptr;
 }
 
@@ -153,11 +153,11 @@ MAPIFolder Folders::Add(const QString &name, int defaultFolderType)
     QString containerClass = parent.containerClass;
     QString messageClass = parent.messageClass;
     if (defaultFolderType != 0) {
-        const DefaultFolderSpec *spec = specOfType(defaultFolderType);
-        if (!spec)
+        const DefaultFolderDef *entry = defaultFolderOfType(defaultFolderType);
+        if (!entry)
             throw StoreError(StoreErrTypeMismatch, QStringLiteral("Den Ordnertyp %1 gibt es nicht.").arg(defaultFolderType));
-        containerClass = QLatin1String(spec->containerClass);
-        messageClass = QLatin1String(spec->messageClass);
+        containerClass = QLatin1String(entry->containerClass);
+        messageClass = QLatin1String(entry->messageClass);
     } else if (containerClass.isEmpty()) {
         containerClass = QLatin1String(ContainerClass::Note); // below a root
     }

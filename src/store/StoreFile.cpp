@@ -70,9 +70,9 @@ StoreDurability CurrentStoreDurability()
     return s_durability;
 }
 
-const QList<DefaultFolderSpec> &DefaultFolderSpecs()
+const QList<DefaultFolderDef> &DefaultFolderDefs()
 {
-    static const QList<DefaultFolderSpec> specs = {
+    static const QList<DefaultFolderDef> folders = {
         {"Posteingang", ContainerClass::Note, MessageClass::Note, olFolderInbox},
         {"Gesendete Objekte", ContainerClass::Note, MessageClass::Note, olFolderSentMail},
         {"Gelöschte Objekte", ContainerClass::Note, MessageClass::Note, olFolderDeletedItems},
@@ -83,7 +83,7 @@ const QList<DefaultFolderSpec> &DefaultFolderSpecs()
         {"Notizen", ContainerClass::StickyNote, MessageClass::StickyNote, olFolderNotes},
         {"Journal", ContainerClass::Journal, MessageClass::Activity, olFolderJournal},
     };
-    return specs;
+    return folders;
 }
 
 void ThrowNotFound(const QString &what)
@@ -255,14 +255,14 @@ QByteArray StoreFile::create(const QString &path, const QString &displayName, bo
         q.addBindValue(QString::fromLatin1(MessageClass::Note));
         exec(q, QString(), path);
         const qint64 root = q.lastInsertId().toLongLong();
-        for (const DefaultFolderSpec &spec : defaultFolders ? DefaultFolderSpecs() : QList<DefaultFolderSpec>()) {
+        for (const DefaultFolderDef &entry : defaultFolders ? DefaultFolderDefs() : QList<DefaultFolderDef>()) {
             q.prepare(QStringLiteral("INSERT INTO folders(parent, name, container_class, message_class, default_type) "
                                      "VALUES(?, ?, ?, ?, ?)"));
             q.addBindValue(root);
-            q.addBindValue(QString::fromUtf8(spec.name));
-            q.addBindValue(QString::fromLatin1(spec.containerClass));
-            q.addBindValue(QString::fromLatin1(spec.messageClass));
-            q.addBindValue(spec.type);
+            q.addBindValue(QString::fromUtf8(entry.name));
+            q.addBindValue(QString::fromLatin1(entry.containerClass));
+            q.addBindValue(QString::fromLatin1(entry.messageClass));
+            q.addBindValue(entry.type);
             exec(q, QString(), path);
         }
         exec(q, QStringLiteral("COMMIT"), path);

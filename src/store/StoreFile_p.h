@@ -25,14 +25,14 @@ struct FolderRow {
     int defaultType = 0;
 };
 
-struct DefaultFolderSpec {
+struct DefaultFolderDef {
     const char *name;
     const char *containerClass;
     const char *messageClass;
     int type;
 };
 // The default folders of a new store, in the order they are created.
-const QList<DefaultFolderSpec> &DefaultFolderSpecs();
+const QList<DefaultFolderDef> &DefaultFolderDefs();
 
 class StoreFile : public std::enable_shared_from_this<StoreFile>
 {

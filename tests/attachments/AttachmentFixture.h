@@ -11,7 +11,7 @@
 #include <QRandomGenerator>
 #include <QTest>
 
-struct AttachmentSpec {
+struct AttachmentSample {
     QString fileName;
     QByteArray content;
     bool hidden = false;
@@ -63,15 +63,15 @@ public:
     }
 
     // A saved mail (or post, by the message class) in the folder.
-    static Item addMail(const QString &folderPath, const QString &subject, const QList<AttachmentSpec> &specs,
+    static Item addMail(const QString &folderPath, const QString &subject, const QList<AttachmentSample> &samples,
                         const QString &messageClass = QStringLiteral("IPM.Note"))
     {
         Item mail = folder(folderPath).Items().Add(messageClass);
         mail.setSubject(subject);
         Attachments attachments = mail.Attachments();
-        for (const AttachmentSpec &spec : specs) {
-            Attachment added = attachments.AddData(spec.content, spec.fileName);
-            if (spec.hidden)
+        for (const AttachmentSample &entry : samples) {
+            Attachment added = attachments.AddData(entry.content, entry.fileName);
+            if (entry.hidden)
                 added.setHidden(true);
         }
         mail.Save();

@@ -98,22 +98,22 @@ void tst_AttachmentExport::sizeLimit()
 
 void tst_AttachmentExport::whatStaysInTheItem_data()
 {
-    QTest::addColumn<QList<AttachmentSpec>>("attachments");
+    QTest::addColumn<QList<AttachmentSample>>("attachments");
     QTest::addColumn<QStringList>("expected");
 
     const QByteArray big = SampleBytes(2048, 11);
     const QByteArray small = SampleBytes(100, 12);
     QTest::newRow("versteckte Anlage bleibt")
-        << QList<AttachmentSpec>{{"Logo.png", big, true}, {"Vertrag.pdf", big}}
+        << QList<AttachmentSample>{{"Logo.png", big, true}, {"Vertrag.pdf", big}}
         << QStringList{"1 Logo.png", "4 Vertrag.pdf -> Vertrag.pdf"};
     QTest::newRow("fünf Anlagen, zwei groß genug")
-        << QList<AttachmentSpec>{{"a.txt", small}, {"B.pdf", big}, {"c.txt", small}, {"D.zip", big}, {"e.txt", small}}
+        << QList<AttachmentSample>{{"a.txt", small}, {"B.pdf", big}, {"c.txt", small}, {"D.zip", big}, {"e.txt", small}}
         << QStringList{"1 a.txt", "1 c.txt", "1 e.txt", "4 D.zip -> D.zip", "4 B.pdf -> B.pdf"};
 }
 
 void tst_AttachmentExport::whatStaysInTheItem()
 {
-    QFETCH(QList<AttachmentSpec>, attachments);
+    QFETCH(QList<AttachmentSample>, attachments);
     QFETCH(QStringList, expected);
 
     AttachmentFixture f;

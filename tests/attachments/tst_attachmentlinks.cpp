@@ -72,11 +72,11 @@ void tst_AttachmentLinks::initTestCase()
 void tst_AttachmentLinks::exportAndImportRoundTrip()
 {
     AttachmentFixture f;
-    QList<AttachmentSpec> specs{{"Bild.jpg", SampleBytes(250000, 51)},
+    QList<AttachmentSample> samples{{"Bild.jpg", SampleBytes(250000, 51)},
                                 {"leer.txt", QByteArray()},
                                 {"Über uns?.html", SampleBytes(3000, 52)},
                                 {"Bild.jpg", SampleBytes(17, 53)}};
-    const Item mail = f.addMail("Posteingang", "Hin und zurück", specs);
+    const Item mail = f.addMail("Posteingang", "Hin und zurück", samples);
     f.readTree();
     QVERIFY(f.select({"Posteingang"}));
     MessageRecorder messages;
@@ -98,10 +98,10 @@ void tst_AttachmentLinks::exportAndImportRoundTrip()
         contents.insert(a.FileName(), AttachmentBytes(a, f.scratch));
     }
     QCOMPARE(contents.keys(), (QStringList{"Bild(1).jpg", "Bild.jpg", "leer.txt", "Über uns.html"}));
-    QCOMPARE(contents.value("Bild.jpg"), specs.at(3).content);
-    QCOMPARE(contents.value("Bild(1).jpg"), specs.at(0).content);
-    QCOMPARE(contents.value("leer.txt"), specs.at(1).content);
-    QCOMPARE(contents.value("Über uns.html"), specs.at(2).content);
+    QCOMPARE(contents.value("Bild.jpg"), samples.at(3).content);
+    QCOMPARE(contents.value("Bild(1).jpg"), samples.at(0).content);
+    QCOMPARE(contents.value("leer.txt"), samples.at(1).content);
+    QCOMPARE(contents.value("Über uns.html"), samples.at(2).content);
     QVERIFY(f.host.statusTexts.contains(QStringLiteral("Importiere Anlagen...")));
 }
 

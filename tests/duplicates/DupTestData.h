@@ -11,12 +11,12 @@
 #include <QFile>
 #include <QTemporaryDir>
 
-// Adds and saves an item. spec: the Class number, then "Property=value"
+// Adds and saves an item. description: the Class number, then "Property=value"
 // pieces, all joined by '|'; "Attachments=n" adds n small files. created,
 // when valid, becomes the item's CreationTime.
-inline Item AddDupItem(const MAPIFolder &folder, const QString &spec, const QDateTime &created = {})
+inline Item AddDupItem(const MAPIFolder &folder, const QString &description, const QDateTime &created = {})
 {
-    const QStringList pieces = spec.split(u'|');
+    const QStringList pieces = description.split(u'|');
     Item item = folder.Items().Add(pieces.first().toInt());
     for (const QString &piece : pieces.mid(1)) {
         const QString name = piece.section(u'=', 0, 0);
