@@ -6,6 +6,7 @@
 //    result tree, each the median of three runs, and the peak memory.
 //    Targets: Phase 2 under one second, the whole search under 15 seconds.
 // 2. Phase 2 on 10,000 items in memory against the literal pairwise walk.
+#include "../tests/duplicates/DupPairwiseWalk.h"
 #include "duplicates/DupComparison.h"
 #include "duplicates/DupsDel.h"
 #include "duplicates/frmDups.h"
@@ -170,24 +171,7 @@ double literalWalkMs(DupItemTable table, int *pairCount)
     const LoserRules rules = defaultRules();
     QElapsedTimer clock;
     clock.start();
-    DupPairs pairs;
-    for (int i = 1; i <= table.itemCount(); ++i) {
-        for (int j = i + 1; j <= table.itemCount(); ++j) {
-            if (table.item(i).marked || table.item(j).unread)
-                continue;
-            bool differ = false;
-            for (int c = 0; c < table.columnCount(); ++c)
-                differ = differ || table.value(i, c) != table.value(j, c);
-            if (differ)
-                continue;
-            pairs.add(i, j);
-            const DupItem &a = table.item(i);
-            const DupItem &b = table.item(j);
-            const bool firstLoses = ChooseLoser(rules, a.isMaster, b.isMaster, a.created, b.created, a.isSeries,
-                                                b.isSeries) == DupLoser::First;
-            table.item(firstLoses ? i : j).marked = true;
-        }
-    }
+    DupPairs pairs = PairwiseWalk(table, false, rules);
     for (int k = 0; k < pairs.count(); ++k)
         pairs.first[k] = FindGroupRoot(pairs, pairs.first[k], k);
     *pairCount = pairs.count();

@@ -1,6 +1,7 @@
 // The comparison of the duplicate search: the grouped walk against the
 // literal pairwise walk on many random tables, the cases that decide which
 // item goes, and the merge into groups.
+#include "DupPairwiseWalk.h"
 #include "duplicates/DupComparison.h"
 
 #include <QLocale>
@@ -11,32 +12,6 @@
 namespace {
 
 const QDateTime kBase(QDate(2023, 5, 1), QTime(8, 0));
-
-// The walk in its literal form: every item i against every later item j,
-// all columns compared; an i that is marked compares no more, and unread
-// items are never a partner.
-DupPairs pairwiseWalk(DupItemTable &table, bool folderInside, const LoserRules &rules)
-{
-    DupPairs pairs;
-    for (int i = 1; i <= table.itemCount(); ++i) {
-        for (int j = i + 1; j <= table.itemCount(); ++j) {
-            if (table.item(i).marked || table.item(j).unread)
-                continue;
-            bool differ = folderInside && table.item(i).folderId != table.item(j).folderId;
-            for (int c = 0; c < table.columnCount(); ++c)
-                differ = differ || table.value(i, c) != table.value(j, c);
-            if (differ)
-                continue;
-            pairs.add(i, j);
-            const DupItem &a = table.item(i);
-            const DupItem &b = table.item(j);
-            const bool firstLoses = ChooseLoser(rules, a.isMaster, b.isMaster, a.created, b.created, a.isSeries,
-                                                b.isSeries) == DupLoser::First;
-            table.item(firstLoses ? i : j).marked = true;
-        }
-    }
-    return pairs;
-}
 
 void literalMerge(DupPairs &pairs)
 {
@@ -77,8 +52,8 @@ LoserRules rulesFrom(bool masterFolder, bool series, bool keepOldest, const QStr
 DupItemTable tableFrom(const QStringList &items, int columns)
 {
     DupItemTable table(columns);
-    for (const QString &spec : items) {
-        const QStringList parts = spec.split(u';');
+    for (const QString &description : items) {
+        const QStringList parts = description.split(u';');
         const int n = table.addItem();
         DupItem &item = table.item(n);
         const QStringList values = parts.at(0).split(u'|');
@@ -149,7 +124,7 @@ void tst_DupComparison::groupedWalkEqualsPairwiseWalk()
                     DupItemTable grouped = randomTable(rng, rng.bounded(4));
                     DupItemTable literal = grouped;
                     DupPairs fast = FindDuplicatePairs(grouped, folderInside, [&] { return rules; });
-                    DupPairs slow = pairwiseWalk(literal, folderInside, rules);
+                    DupPairs slow = PairwiseWalk(literal, folderInside, rules);
                     const QString where = QStringLiteral("levels %1, flags %2, folderInside %3, round %4")
                                               .arg(levels).arg(flags).arg(folderInside).arg(round);
                     QVERIFY2(pairText(fast) == pairText(slow), qPrintable(where + QStringLiteral(": ") + pairText(fast)

@@ -1,6 +1,7 @@
 // Reading items into the duplicate table on real temporary stores: what
 // each kind compares and how it stores it, foreign items, read failures with
 // retries and give-ups, and the search over two folders.
+#include "support/RecordingRunHost.h"
 #include "DupTestData.h"
 #include "duplicates/DupComparison.h"
 #include "duplicates/DupError.h"
@@ -12,17 +13,6 @@
 
 namespace {
 
-// Records every status text a run shows.
-class RecordingHost : public QuietRunHost
-{
-public:
-    void setStatusText(const QString &text) override
-    {
-        QuietRunHost::setStatusText(text);
-        texts.append(text);
-    }
-    QStringList texts;
-};
 
 const QDateTime kMonday(QDate(2024, 4, 8), QTime(9, 30));
 
@@ -50,14 +40,14 @@ private slots:
 private:
     TempProfile *m_profile = nullptr;
     TestEnvironment *m_env = nullptr;
-    RecordingHost m_host;
+    RecordingRunHost m_host;
 };
 
 void tst_DupReaders::init()
 {
     m_env = new TestEnvironment(false);
     m_profile = new TempProfile;
-    m_host = RecordingHost();
+    m_host = RecordingRunHost();
     SetRunHost(&m_host);
 }
 
@@ -247,8 +237,8 @@ void tst_DupReaders::searchOverTwoFolders()
     QCOMPARE(result.table.item(3).storeId, customers.StoreID());
     QVERIFY(!result.table.item(3).entryId.isEmpty());
 
-    QCOMPARE(m_host.texts.value(0), QStringLiteral("Phase 1: Element 1 von 3 einlesen"));
-    QVERIFY(m_host.texts.contains(QStringLiteral("Phase 2: Analysiere Element 1")));
+    QCOMPARE(m_host.statusTexts.value(0), QStringLiteral("Phase 1: Element 1 von 3 einlesen"));
+    QVERIFY(m_host.statusTexts.contains(QStringLiteral("Phase 2: Analysiere Element 1")));
 }
 
 void tst_DupReaders::seriesStaysOverSingle()

@@ -93,6 +93,19 @@ inline QString AttachmentSummary(const Item &item)
     return list.join(QStringLiteral(" + "));
 }
 
+// Each "Property=text form" of expected must match the item, and its
+// attachments must read as given by AttachmentSummary.
+inline void CheckItem(const Item &item, const QStringList &expected, const QString &attachments)
+{
+    for (const QString &check : expected) {
+        const QString name = check.section(u'=', 0, 0);
+        const QString want = check.section(u'=', 1);
+        const QString got = name == u"MessageClass" ? item.MessageClass() : item.text(name);
+        QVERIFY2(got == want, qPrintable(QStringLiteral("%1: [%2], erwartet [%3]").arg(name, got.left(300), want)));
+    }
+    QCOMPARE(AttachmentSummary(item), attachments);
+}
+
 inline QDateTime At(int year, int month, int day, int hour, int minute, int second = 0)
 {
     return QDateTime(QDate(year, month, day), QTime(hour, minute, second));

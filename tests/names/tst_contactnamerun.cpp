@@ -1,4 +1,5 @@
 // The contact name run over a real temporary store with the shipped tables.
+#include "support/RecordingRunHost.h"
 #include "frame/RegistryFunctions.h"
 #include "frame/RunHost.h"
 #include "names/NameCorrectionFunctions.h"
@@ -20,27 +21,10 @@ const QStringList kNameFields{"FullName", "Title",   "FirstName", "MiddleName", 
 const QStringList kBackupNames{"Fullname", "Title",  "FirstName", "MiddleName", "LastName",
                                "Suffix",   "FileAs", "Subject",   "CompanyName"};
 
-// A host that keeps every status text and progress maximum of a run.
-class RecordingHost : public QuietRunHost
-{
-public:
-    void setStatusText(const QString &text) override
-    {
-        QuietRunHost::setStatusText(text);
-        texts.append(text);
-    }
-    void setProgressMax(int max) override
-    {
-        QuietRunHost::setProgressMax(max);
-        maxima.append(max);
-    }
-    QStringList texts;
-    QList<int> maxima;
-};
 
 // Installs a recording host for the life of the object.
 struct HostScope {
-    RecordingHost host;
+    RecordingRunHost host;
     HostScope() { SetRunHost(&host); }
     ~HostScope() { SetRunHost(nullptr); }
 };
@@ -212,8 +196,8 @@ void tst_ContactNameRun::distributionListOnlyCounted()
     CorrectNamesInFolders({folder});
 
     QCOMPARE(boxes.last().prompt, QStringLiteral("2 Kontakt(e) geändert."));
-    QCOMPARE(scope.host.maxima, QList<int>{3});
-    QCOMPARE(scope.host.texts.mid(0, 4),
+    QCOMPARE(scope.host.progressMaxima, QList<int>{3});
+    QCOMPARE(scope.host.statusTexts.mid(0, 4),
              (QStringList{"Bearbeite Kontakt 1 von 3 (Kontakte)", "Bearbeite Kontakt 2 von 3 (Kontakte)",
                           "Bearbeite Kontakt 3 von 3 (Kontakte)", "Bereit"}));
     const Item storedList = reread(list);
@@ -234,9 +218,9 @@ void tst_ContactNameRun::severalFolders()
     CorrectNamesInFolders({contactsFolder(), second});
 
     QCOMPARE(boxes.last().prompt, QStringLiteral("3 Kontakt(e) geändert."));
-    QCOMPARE(scope.host.maxima, (QList<int>{1, 2}));
-    QVERIFY(scope.host.texts.contains("Bearbeite Kontakt 2 von 2 (Verein)"));
-    QCOMPARE(scope.host.texts.count("Bereit"), 2); // after each folder
+    QCOMPARE(scope.host.progressMaxima, (QList<int>{1, 2}));
+    QVERIFY(scope.host.statusTexts.contains("Bearbeite Kontakt 2 von 2 (Verein)"));
+    QCOMPARE(scope.host.statusTexts.count("Bereit"), 2); // after each folder
 }
 
 // Running again changes nothing that the first run has settled.

@@ -11,27 +11,11 @@
 #include "folders/FolderState.h"
 #include "folders/FolderStructureFunctions.h"
 #include "frame/RunHost.h"
+#include "support/RecordingRunHost.h"
 #include "support/TestSupport.h"
 
 #include <QStringList>
 
-// Keeps every status text and the highest progress maximum of a run.
-class RecordingRunHost : public QuietRunHost
-{
-public:
-    void setStatusText(const QString &text) override
-    {
-        QuietRunHost::setStatusText(text);
-        statusTexts << text;
-    }
-    void setProgressMax(int max) override
-    {
-        QuietRunHost::setProgressMax(max);
-        progressMaxima << max;
-    }
-    QStringList statusTexts;
-    QList<int> progressMaxima;
-};
 
 class SelectionFixture
 {

@@ -3,6 +3,7 @@
 // neither saved nor counted, other items skipped, the country restriction,
 // the status line and progress, and a failing save that ends the run with
 // error 802 while what was saved before stays saved.
+#include "support/RecordingRunHost.h"
 #include "restore/BackupFunctions.h"
 #include "store/StoreTestProfile.h"
 #include "support/TelSampleDb.h"
@@ -18,29 +19,6 @@ Q_DECLARE_METATYPE(Fields)
 
 namespace {
 
-// Keeps every status text and progress value of a run.
-class RecordingHost : public QuietRunHost
-{
-public:
-    void setStatusText(const QString &text) override
-    {
-        QuietRunHost::setStatusText(text);
-        statusTexts << text;
-    }
-    void setProgressMax(int max) override
-    {
-        QuietRunHost::setProgressMax(max);
-        maxima << max;
-    }
-    void setProgressValue(int value) override
-    {
-        QuietRunHost::setProgressValue(value);
-        values << value;
-    }
-    QStringList statusTexts;
-    QList<int> maxima;
-    QList<int> values;
-};
 
 // The backup of field on the stored contact, or "<keine>".
 QString backupOf(const Item &contact, const QString &field)
@@ -77,7 +55,7 @@ private:
     TestEnvironment *m_env = nullptr;
     TempProfile *m_profile = nullptr;
     MessageRecorder *m_boxes = nullptr;
-    RecordingHost m_host;
+    RecordingRunHost m_host;
 };
 
 void tst_ContactTelNrRun::init()
@@ -87,7 +65,7 @@ void tst_ContactTelNrRun::init()
     QVERIFY(WriteSampleTelDb(m_env->folder()));
     m_profile = new TempProfile;
     m_boxes = new MessageRecorder;
-    m_host = RecordingHost();
+    m_host = RecordingRunHost();
     SetRunHost(&m_host);
 }
 
@@ -189,8 +167,8 @@ void tst_ContactTelNrRun::unchangedContactsNotSavedNorCounted()
         StoreFaults::FailItem(untouched.EntryID(), StoreFaults::FailSave);
     QCOMPARE(RunContactTelNrOn({contacts()}, false), 1);
     QCOMPARE(m_boxes->count(), 1);
-    QCOMPARE(m_host.maxima, QList<int>{4});
-    QCOMPARE(m_host.values, (QList<int>{1, 2, 3, 4, 0}));
+    QCOMPARE(m_host.progressMaxima, QList<int>{4});
+    QCOMPARE(m_host.progressValues, (QList<int>{1, 2, 3, 4, 0}));
     QCOMPARE(m_host.statusTexts, (QStringList{"Bearbeite Kontakt 1 von 4 (Kontakte)", "Bearbeite Kontakt 2 von 4 (Kontakte)",
                                               "Bearbeite Kontakt 3 von 4 (Kontakte)", "Bearbeite Kontakt 4 von 4 (Kontakte)",
                                               "Bereit"}));
@@ -206,7 +184,7 @@ void tst_ContactTelNrRun::otherItemsMoveOnlyTheProgress()
     list.Save();
     addContact(contacts(), {{"HomeTelephoneNumber", "030 2"}});
     QCOMPARE(RunContactTelNrOn({contacts()}, false), 2);
-    QCOMPARE(m_host.values.mid(0, 3), (QList<int>{1, 2, 3}));
+    QCOMPARE(m_host.progressValues.mid(0, 3), (QList<int>{1, 2, 3}));
     QCOMPARE(m_host.statusTexts.mid(0, 2),
              (QStringList{"Bearbeite Kontakt 1 von 3 (Kontakte)", "Bearbeite Kontakt 3 von 3 (Kontakte)"}));
     QCOMPARE(stored(list.EntryID()).UserProperties().Count(), 0);
@@ -266,7 +244,7 @@ void tst_ContactTelNrRun::countryRestriction()
                                             {"HomeTelephoneNumber", "030 3"}}).EntryID();
     ids["Ohne"] = addContact(contacts(), {{"LastName", "Ohne"}, {"HomeTelephoneNumber", "030 4"}}).EntryID();
     QCOMPARE(RunContactTelNrOn({contacts()}, false), changedNames.size());
-    QCOMPARE(m_host.maxima, QList<int>{int(changedNames.size())});
+    QCOMPARE(m_host.progressMaxima, QList<int>{int(changedNames.size())});
     for (auto it = ids.cbegin(); it != ids.cend(); ++it) {
         const bool changed = changedNames.contains(it.key());
         QCOMPARE(stored(it.value()).text("HomeTelephoneNumber").startsWith(QStringLiteral("+49 (30) ")), changed);
