@@ -24,14 +24,11 @@ class tst_frmHaupt : public QObject
 private slots:
     void init();
     void cleanup();
-    void barButtonsHaveGroupTooltipAndPicture_data();
-    void barButtonsHaveGroupTooltipAndPicture();
     void barClickDispatchesFirstMouseButtonOnly_data();
     void barClickDispatchesFirstMouseButtonOnly();
     void unknownKeyDoesNothing();
     void menuEntriesDispatchTheirKey_data();
     void menuEntriesDispatchTheirKey();
-    void menusInOrder();
     void attachmentUndoAsksFirst_data();
     void attachmentUndoAsksFirst();
     void infoShowsVersionAndMaker();
@@ -39,7 +36,6 @@ private slots:
     void runningDisablesCommandsButNotEndOrHelp();
     void runStartDropsDuplicateResult();
     void runEndLeavesDuplicateResult();
-    void helpTextAndCaptions();
 
 private:
     // Registers a recorder for every command key.
@@ -72,37 +68,6 @@ void tst_frmHaupt::recordCommands()
 {
     for (const QString &key : MainCommandKeys())
         RegisterCommand(key, [this, key] { m_ran.append(key); });
-}
-
-void tst_frmHaupt::barButtonsHaveGroupTooltipAndPicture_data()
-{
-    QTest::addColumn<QString>("group");
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<QString>("toolTip");
-    QTest::newRow("Duplikate") << "AktGrp" << "Dup" << "Duplikate entfernen";
-    QTest::newRow("Suchen") << "AktGrp" << "Suc" << "Suchen und Ersetzen";
-    QTest::newRow("Anlagen") << "AktGrp" << "Att" << "Anlagen in Ordner speichern";
-    QTest::newRow("Schulferien") << "AktGrp" << "Hol" << "Schulferien hinzufügen";
-    QTest::newRow("Nachrichtenklasse") << "AktGrp" << "For" << "Nachrichtenklasse ändern";
-    QTest::newRow("Namen") << "KonGrp" << "Nam" << "Namen korrigieren";
-    QTest::newRow("Telefon") << "KonGrp" << "Tel" << "Telefonnummern vereinheitlichen";
-    QTest::newRow("Optionen") << "ExtGrp" << "Opt" << "Optionen";
-    QTest::newRow("Hilfe") << "ExtGrp" << "Hil" << "Hilfe";
-}
-
-void tst_frmHaupt::barButtonsHaveGroupTooltipAndPicture()
-{
-    QFETCH(QString, group);
-    QFETCH(QString, key);
-    QFETCH(QString, toolTip);
-    OutBar *bar = m_window->OutBar1();
-    QCOMPARE(bar->objectName(), QStringLiteral("OutBar1"));
-    QVERIFY2(bar->itemKeys(group).contains(key), qPrintable(key));
-    QToolButton *button = bar->item(key);
-    QVERIFY(button);
-    QCOMPARE(button->toolTip(), toolTip);
-    QVERIFY(button->text().isEmpty()); // captions are hidden
-    QVERIFY(!button->icon().isNull());
 }
 
 void tst_frmHaupt::barClickDispatchesFirstMouseButtonOnly_data()
@@ -166,30 +131,6 @@ void tst_frmHaupt::menuEntriesDispatchTheirKey()
     QCOMPARE(action->text(), caption);
     action->trigger();
     QCOMPARE(m_ran, QStringList{key});
-}
-
-void tst_frmHaupt::menusInOrder()
-{
-    auto names = [](const QList<QAction *> &actions) {
-        QStringList list;
-        for (const QAction *a : actions)
-            list.append(a->objectName() + QLatin1Char('=') + a->text());
-        return list;
-    };
-    QMenuBar *bar = m_window->menuBar();
-    QCOMPARE(names(bar->actions()), (QStringList{"mnuDatei=&Datei", "mnuAktion=&Aktion", "mnuExtras=&Extras",
-                                                 "mnuHilfeRoot=&?"}));
-    QCOMPARE(names(m_window->findChild<QMenu *>("mnuDatei")->actions()),
-             (QStringList{"mnuSharedOpen=&Ordner eines anderen Benutzers öffnen...", "mnuSep5=",
-                          "mnuBeenden=&Beenden"}));
-    const QStringList aktion = names(m_window->findChild<QMenu *>("mnuAktion")->actions());
-    QCOMPARE(aktion.size(), 10);
-    QCOMPARE(aktion.at(7), QStringLiteral("Sep5="));
-    QCOMPARE(aktion.at(9), QStringLiteral("mnuAnlagen=An&lagen"));
-    QCOMPARE(names(m_window->findChild<QMenu *>("mnuAnlagen")->actions()),
-             (QStringList{"mnuAttUndo=&Anlagen wiederherstellen...", "mnuAttMove=Anlagen &verschieben..."}));
-    QCOMPARE(names(m_window->findChild<QMenu *>("mnuHilfeRoot")->actions()),
-             (QStringList{"mnuHilfe=&Hilfe", "mnuSep3=", "mnuInfo=&Info"}));
 }
 
 void tst_frmHaupt::attachmentUndoAsksFirst_data()
@@ -315,26 +256,6 @@ void tst_frmHaupt::runEndLeavesDuplicateResult()
     QVERIFY(m_window->cmdDupsClose()->isEnabled());
     QTest::mouseClick(m_window->cmdDupsClose(), Qt::LeftButton);
     QVERIFY(m_ran.contains(QStringLiteral("DupsClose")));
-}
-
-void tst_frmHaupt::helpTextAndCaptions()
-{
-    m_window->load();
-    QCOMPARE(m_window->windowTitle(), QStringLiteral("Varnex"));
-    const QStringList paragraphs = m_window->lblHilfe()->text().split(QStringLiteral("\n\n"));
-    QCOMPARE(paragraphs.size(), 5);
-    QCOMPARE(paragraphs.first(), QStringLiteral("Aktivieren Sie zuerst die gewünschten Ordner, indem Sie ein "
-                                                "Häkchen in das entsprechende Kästchen setzen."));
-    QCOMPARE(paragraphs.last(), QStringLiteral("Weitere Informationen finden Sie auch in der Hilfe."));
-    QCOMPARE(m_window->cmdAlleRueck()->text(), QStringLiteral("Alle deaktivieren"));
-    QCOMPARE(m_window->cmdZweigMark()->text(), QStringLiteral("Zweig aktivieren"));
-    QCOMPARE(m_window->cmdAktualisieren()->text(), QStringLiteral("Ordnerstruktur neu einlesen"));
-    QCOMPARE(m_window->frmDups()->title(), QStringLiteral("Gefundene Duplikate"));
-    QCOMPARE(m_window->cmdDupDel()->text(), QStringLiteral("Elemente entfernen"));
-    QCOMPARE(m_window->cmdDupView()->text(), QStringLiteral("Element anzeigen"));
-    QCOMPARE(m_window->frmSharedFolder()->title(), QStringLiteral("Ordner eines anderen Benutzers"));
-    QVERIFY(!m_window->frmSharedFolder()->isVisible());
-    QCOMPARE(m_window->Timer1()->isActive(), false);
 }
 
 QTEST_MAIN(tst_frmHaupt)

@@ -1,53 +1,30 @@
 // The contact name run over a real temporary store with the shipped tables.
-#include "support/RecordingRunHost.h"
+#include "frame/CommandRegistry.h"
+#include "frame/MainCommands.h"
 #include "frame/RegistryFunctions.h"
-#include "frame/RunHost.h"
 #include "names/NameCorrectionFunctions.h"
 #include "restore/UndoFunctions.h"
-#include "store/Store.h"
-#include "support/TestSupport.h"
+#include "support/SelectionFixture.h"
 
 #include <QFile>
 #include <QLocale>
 #include <QTest>
-#include <memory>
 
 namespace {
-
-using Values = QList<QPair<QString, QVariant>>;
 
 const QStringList kNameFields{"FullName", "Title",   "FirstName", "MiddleName", "LastName",
                               "Suffix",   "FileAs",  "Subject",   "CompanyName"};
 const QStringList kBackupNames{"Fullname", "Title",  "FirstName", "MiddleName", "LastName",
                                "Suffix",   "FileAs", "Subject",   "CompanyName"};
 
-
-// Installs a recording host for the life of the object.
-struct HostScope {
-    RecordingRunHost host;
-    HostScope() { SetRunHost(&host); }
-    ~HostScope() { SetRunHost(nullptr); }
-};
-
 MAPIFolder contactsFolder()
 {
     return Application().GetNamespace().GetDefaultFolder(olFolderContacts);
 }
 
-Item addItem(const MAPIFolder &folder, int itemClass, const Values &values)
+Item addContact(const Values &values, const MAPIFolder &folder = contactsFolder())
 {
-    Item item = folder.Items().Add(itemClass);
-    for (const auto &[name, value] : values)
-        item.set(name, value);
-    item.Save();
-    return item;
-}
-
-// The item as the file holds it: a new session, so unsaved changes do not show.
-Item reread(const Item &item)
-{
-    SetProfileFolder(ProfileFolder());
-    return Application().GetNamespace().GetItemFromID(item.EntryID(), item.StoreID());
+    return SelectionFixture::addItem(folder, olContact, values);
 }
 
 QStringList nameFields(const Item &item)
@@ -78,17 +55,21 @@ class tst_ContactNameRun : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase() { QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany)); }
+    void initTestCase()
+    {
+        QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
+        RegisterMainCommands();
+    }
     void contactChanges_data();
     void contactChanges();
     void unchangedContactIsNotSaved();
-    void distributionListOnlyCounted();
-    void severalFolders();
+    void countsAndFolders();
     void secondRunChangesNothing();
-    void laterChangeOverwritesBackup();
     void restoreBringsBackEveryField();
-    void storeFailureEndsRun();
-    void analysisFailureEndsRun();
+    void failureEndsRun_data();
+    void failureEndsRun();
+    void command_data();
+    void command();
 };
 
 void tst_ContactNameRun::contactChanges_data()
@@ -137,22 +118,20 @@ void tst_ContactNameRun::contactChanges()
     QFETCH(bool, subjectToo);
     QFETCH(bool, saved);
     QFETCH(QStringList, after);
-    TestEnvironment env;
+    SelectionFixture fx(true);
     SaveSetting("BusinessNameCheck", businessCheck ? "1" : "0");
     SaveSetting("SubjectNameCorrect", subjectToo ? "1" : "0");
-    MessageRecorder boxes;
-    HostScope scope;
-    const Item item = addItem(contactsFolder(), olContact, contact);
+    const Item item = addContact(contact);
     const QStringList before = nameFields(item);
 
     CorrectNamesInFolders({contactsFolder()});
 
-    QCOMPARE(boxes.count(), 1);
-    QCOMPARE(boxes.last().prompt, QStringLiteral("%1 Kontakt(e) geändert.").arg(saved ? 1 : 0));
-    QCOMPARE(boxes.last().buttons, int(MsgInformation));
-    QCOMPARE(boxes.last().title, QStringLiteral("Fertig!"));
-    QVERIFY(!scope.host.running);
-    const Item stored = reread(item);
+    QCOMPARE(fx.boxes.count(), 1);
+    QCOMPARE(fx.boxes.last().prompt, QStringLiteral("%1 Kontakt(e) geändert.").arg(saved ? 1 : 0));
+    QCOMPARE(fx.boxes.last().buttons, int(MsgInformation));
+    QCOMPARE(fx.boxes.last().title, QStringLiteral("Fertig!"));
+    QVERIFY(!fx.host.running);
+    const Item stored = fx.reread(item);
     QCOMPARE(nameFields(stored), after);
     QCOMPARE(backups(stored), saved ? before : QStringList());
 }
@@ -161,186 +140,188 @@ void tst_ContactNameRun::contactChanges()
 // is neither backed up nor saved: a save would fail here.
 void tst_ContactNameRun::unchangedContactIsNotSaved()
 {
-    TestEnvironment env;
-    MessageRecorder boxes;
-    HostScope scope;
+    SelectionFixture fx(true);
     const Values correct{{"Title", "Frau"}, {"FirstName", "Anna"}, {"LastName", "Huber"}, {"FileAs", "Huber, Anna"}};
-    const Item unchanged = addItem(contactsFolder(), olContact, correct);
+    const Item unchanged = addContact(correct);
     Values handMade = correct;
     handMade.last().second = "Anna (Tennis)";
-    const Item byHand = addItem(contactsFolder(), olContact, handMade);
+    const Item byHand = addContact(handMade);
     StoreFaults::FailItem(unchanged.EntryID(), StoreFaults::FailSave);
 
     CorrectNamesInFolders({contactsFolder()});
 
-    QCOMPARE(boxes.count(), 1);
-    QCOMPARE(boxes.last().prompt, QStringLiteral("1 Kontakt(e) geändert."));
-    QVERIFY(backups(reread(unchanged)).isEmpty());
-    const Item fixed = reread(byHand);
+    QCOMPARE(fx.boxes.count(), 1);
+    QCOMPARE(fx.boxes.last().prompt, QStringLiteral("1 Kontakt(e) geändert."));
+    QVERIFY(backups(fx.reread(unchanged)).isEmpty());
+    const Item fixed = fx.reread(byHand);
     QCOMPARE(fixed.text("FileAs"), QStringLiteral("Huber, Anna"));
     QCOMPARE(fixed.UserProperties().Find("VX Backup FileAs").Value().toString(), QStringLiteral("Anna (Tennis)"));
-    StoreFaults::Reset();
 }
 
-void tst_ContactNameRun::distributionListOnlyCounted()
+// A distribution list is counted but never touched; each folder has its own
+// progress and ends with "Bereit".
+void tst_ContactNameRun::countsAndFolders()
 {
-    TestEnvironment env;
-    MessageRecorder boxes;
-    HostScope scope;
+    SelectionFixture fx(true);
     const MAPIFolder folder = contactsFolder();
-    addItem(folder, olContact, {{"FullName", "Hans Müller"}});
-    const Item list = addItem(folder, olDistributionList, {{"Subject", "Hans Müller"}});
-    addItem(folder, olContact, {{"FullName", "Maria Huber"}});
-    const QDateTime listModified = reread(list).LastModificationTime();
+    MAPIFolder second = folder.Folders().Add("Verein");
+    addContact({{"FullName", "Hans Müller"}});
+    const Item list = SelectionFixture::addItem(folder, olDistributionList, {{"Subject", "Hans Müller"}});
+    addContact({{"FullName", "Maria Huber"}});
+    addContact({{"FullName", "Peter Meier"}}, second);
+    const QDateTime listModified = fx.reread(list).LastModificationTime();
 
-    CorrectNamesInFolders({folder});
+    CorrectNamesInFolders({contactsFolder(), second});
 
-    QCOMPARE(boxes.last().prompt, QStringLiteral("2 Kontakt(e) geändert."));
-    QCOMPARE(scope.host.progressMaxima, QList<int>{3});
-    QCOMPARE(scope.host.statusTexts.mid(0, 4),
+    QCOMPARE(fx.boxes.last().prompt, QStringLiteral("3 Kontakt(e) geändert."));
+    QCOMPARE(fx.host.progressMaxima, (QList<int>{3, 1}));
+    QCOMPARE(fx.host.statusTexts,
              (QStringList{"Bearbeite Kontakt 1 von 3 (Kontakte)", "Bearbeite Kontakt 2 von 3 (Kontakte)",
-                          "Bearbeite Kontakt 3 von 3 (Kontakte)", "Bereit"}));
-    const Item storedList = reread(list);
+                          "Bearbeite Kontakt 3 von 3 (Kontakte)", "Bereit", "Bearbeite Kontakt 1 von 1 (Verein)",
+                          "Bereit"}));
+    const Item storedList = fx.reread(list);
     QCOMPARE(storedList.UserProperties().Count(), 0);
     QCOMPARE(storedList.LastModificationTime(), listModified);
 }
 
-void tst_ContactNameRun::severalFolders()
-{
-    TestEnvironment env;
-    MessageRecorder boxes;
-    HostScope scope;
-    MAPIFolder second = contactsFolder().Folders().Add("Verein");
-    addItem(contactsFolder(), olContact, {{"FullName", "Hans Müller"}});
-    addItem(second, olContact, {{"FullName", "Maria Huber"}});
-    addItem(second, olContact, {{"FullName", "Peter Meier"}});
-
-    CorrectNamesInFolders({contactsFolder(), second});
-
-    QCOMPARE(boxes.last().prompt, QStringLiteral("3 Kontakt(e) geändert."));
-    QCOMPARE(scope.host.progressMaxima, (QList<int>{1, 2}));
-    QVERIFY(scope.host.statusTexts.contains("Bearbeite Kontakt 2 von 2 (Verein)"));
-    QCOMPARE(scope.host.statusTexts.count("Bereit"), 2); // after each folder
-}
-
-// Running again changes nothing that the first run has settled.
+// Running again changes nothing that the first run has settled; a later
+// change of a contact replaces its backups (one generation).
 void tst_ContactNameRun::secondRunChangesNothing()
 {
-    TestEnvironment env;
+    SelectionFixture fx(true);
     SaveSetting("SubjectNameCorrect", "1");
-    MessageRecorder boxes;
-    HostScope scope;
     for (const char *name : {"Prof. Dr. med. Hans-Peter Müller-Lüdenscheidt jun.", "Meier, Anna-Maria",
                              "Hans und Maria Schmid", "Dipl.-Ing. (FH) Urs Keller", "Muster GmbH & Co. KG"})
-        addItem(contactsFolder(), olContact, {{"FullName", QString::fromUtf8(name)}});
+        addContact({{"FullName", QString::fromUtf8(name)}});
+    Item item = addContact({{"FullName", "Müller, Hans"}});
     CorrectNamesInFolders({contactsFolder()});
-    QCOMPARE(boxes.last().prompt, QStringLiteral("5 Kontakt(e) geändert."));
+    QCOMPARE(fx.boxes.last().prompt, QStringLiteral("6 Kontakt(e) geändert."));
     // The company moved to CompanyName; now it is a contact with a company
     // and no name, whose FileAs the layout gives.
-    SetProfileFolder(ProfileFolder());
-    CorrectNamesInFolders({contactsFolder()});
-    QCOMPARE(boxes.last().prompt, QStringLiteral("1 Kontakt(e) geändert."));
-    const Item company = contactsFolder().Items().Find("[CompanyName] = 'Muster GmbH & Co. KG'");
-    QCOMPARE(company.text("FileAs"), QStringLiteral("(Muster GmbH & Co. KG)"));
-    SetProfileFolder(ProfileFolder());
-    CorrectNamesInFolders({contactsFolder()});
-    QCOMPARE(boxes.last().prompt, QStringLiteral("0 Kontakt(e) geändert."));
-}
-
-// One generation: a second change of the contact replaces its backups.
-void tst_ContactNameRun::laterChangeOverwritesBackup()
-{
-    TestEnvironment env;
-    MessageRecorder boxes;
-    HostScope scope;
-    Item item = addItem(contactsFolder(), olContact, {{"FullName", "Müller, Hans"}});
-    CorrectNamesInFolders({contactsFolder()});
-    item = reread(item);
+    item = fx.reread(item);
     item.set("FullName", "Huber, Maria");
     item.Save();
-    const QStringList second = nameFields(reread(item));
+    const QStringList second = nameFields(fx.reread(item));
     CorrectNamesInFolders({contactsFolder()});
-    const Item stored = reread(item);
+    QCOMPARE(fx.boxes.last().prompt, QStringLiteral("2 Kontakt(e) geändert."));
+    const Item company = contactsFolder().Items().Find("[CompanyName] = 'Muster GmbH & Co. KG'");
+    QCOMPARE(company.text("FileAs"), QStringLiteral("(Muster GmbH & Co. KG)"));
+    const Item stored = fx.reread(item);
     QCOMPARE(backups(stored), second);
     QCOMPARE(stored.text("FileAs"), QStringLiteral("Huber, Maria"));
+    SetProfileFolder(ProfileFolder());
+    CorrectNamesInFolders({contactsFolder()});
+    QCOMPARE(fx.boxes.last().prompt, QStringLiteral("0 Kontakt(e) geändert."));
 }
 
 // The restore of the kind "Names" undoes a run, the company case included.
 void tst_ContactNameRun::restoreBringsBackEveryField()
 {
-    TestEnvironment env;
+    SelectionFixture fx(true);
     SaveSetting("SubjectNameCorrect", "1");
-    MessageRecorder boxes;
-    HostScope scope;
-    const MAPIFolder folder = contactsFolder();
-    const Item person = addItem(folder, olContact,
-                                {{"FullName", "Dr. Hans Peter Müller"}, {"FileAs", "Hansi"}, {"Subject", "alt"}});
-    const Item company = addItem(folder, olContact, {{"FullName", "Muster GmbH"}, {"FileAs", "Muster"}});
+    const Item person = addContact({{"FullName", "Dr. Hans Peter Müller"}, {"FileAs", "Hansi"}, {"Subject", "alt"}});
+    const Item company = addContact({{"FullName", "Muster GmbH"}, {"FileAs", "Muster"}});
     const QStringList personBefore = nameFields(person);
     const QStringList companyBefore = nameFields(company);
-    CorrectNamesInFolders({folder});
-    QCOMPARE(boxes.last().prompt, QStringLiteral("2 Kontakt(e) geändert."));
-    QVERIFY(nameFields(reread(person)) != personBefore);
-    QCOMPARE(reread(company).text("CompanyName"), QStringLiteral("Muster GmbH"));
+    CorrectNamesInFolders({contactsFolder()});
+    QCOMPARE(fx.boxes.last().prompt, QStringLiteral("2 Kontakt(e) geändert."));
+    QVERIFY(nameFields(fx.reread(person)) != personBefore);
+    QCOMPARE(fx.reread(company).text("CompanyName"), QStringLiteral("Muster GmbH"));
 
     SetProfileFolder(ProfileFolder());
     QCOMPARE(RestoreContactBackupsIn({contactsFolder()}, 2, QStringLiteral("Names")), 2);
-    QCOMPARE(boxes.last().prompt, QStringLiteral("Namen bei 2 Kontakten wiederhergestellt."));
+    QCOMPARE(fx.boxes.last().prompt, QStringLiteral("Namen bei 2 Kontakten wiederhergestellt."));
     for (const auto &[item, before] : {std::pair{person, personBefore}, std::pair{company, companyBefore}}) {
-        const Item restored = reread(item);
+        const Item restored = fx.reread(item);
         QCOMPARE(nameFields(restored), before);
         QCOMPARE(restored.UserProperties().Count(), 0);
     }
 }
 
-void tst_ContactNameRun::storeFailureEndsRun()
+void tst_ContactNameRun::failureEndsRun_data()
 {
-    TestEnvironment env;
-    MessageRecorder boxes;
-    HostScope scope;
-    const Item first = addItem(contactsFolder(), olContact, {{"FullName", "Hans Müller"}});
-    const Item failing = addItem(contactsFolder(), olContact, {{"FullName", "Maria Huber"}});
-    const Item third = addItem(contactsFolder(), olContact, {{"FullName", "Peter Meier"}});
+    QTest::addColumn<bool>("tablesMissing");
+    QTest::addColumn<QString>("logged");
+    QTest::newRow("Speichern scheitert") << false << "Sub: 2501";
+    QTest::newRow("Namenstabellen fehlen") << true << "Sub: 2502";
+}
+
+// A save failure ends the run at the failing contact, the tables missing at
+// the first one: one error box, no closing message, the rest untouched.
+void tst_ContactNameRun::failureEndsRun()
+{
+    QFETCH(bool, tablesMissing);
+    QFETCH(QString, logged);
+    SelectionFixture fx(true);
+    const Item first = addContact({{"FullName", "Hans Müller"}});
+    const Item failing = addContact({{"FullName", "Maria Huber"}});
+    const Item third = addContact({{"FullName", "Peter Meier"}});
+    const QStringList firstBefore = nameFields(first);
     const QStringList failingBefore = nameFields(failing);
     const QStringList thirdBefore = nameFields(third);
-    StoreFaults::FailItem(failing.EntryID(), StoreFaults::FailSave);
+    if (tablesMissing)
+        QVERIFY(QFile::remove(ProgramFile("VarnexPub.db")));
+    else
+        StoreFaults::FailItem(failing.EntryID(), StoreFaults::FailSave);
 
     CorrectNamesInFolders({contactsFolder()});
     StoreFaults::Reset();
 
-    QCOMPARE(boxes.count(), 1);
-    QCOMPARE(boxes.last().buttons, int(MsgStop));
-    QVERIFY2(env.readLog().contains("Sub: 2501"), qPrintable(env.readLog()));
-    QVERIFY(!scope.host.running);
-    QCOMPARE(reread(first).text("Title"), QStringLiteral("Herr"));
-    QCOMPARE(backups(reread(first)).size(), 9);
-    QCOMPARE(nameFields(reread(failing)), failingBefore);
-    QVERIFY(backups(reread(failing)).isEmpty());
-    QCOMPARE(nameFields(reread(third)), thirdBefore);
+    QCOMPARE(fx.boxes.count(), 1);
+    QCOMPARE(fx.boxes.last().buttons, int(MsgStop));
+    QCOMPARE(fx.boxes.last().title, QStringLiteral("Fehler!"));
+    QVERIFY2(fx.environment.readLog().contains(logged), qPrintable(fx.environment.readLog()));
+    QVERIFY(!fx.host.running);
+    if (tablesMissing) {
+        QCOMPARE(nameFields(fx.reread(first)), firstBefore);
+        QVERIFY(backups(fx.reread(first)).isEmpty());
+    } else {
+        QCOMPARE(fx.reread(first).text("Title"), QStringLiteral("Herr"));
+        QCOMPARE(backups(fx.reread(first)).size(), 9);
+    }
+    QCOMPARE(nameFields(fx.reread(failing)), failingBefore);
+    QVERIFY(backups(fx.reread(failing)).isEmpty());
+    QCOMPARE(nameFields(fx.reread(third)), thirdBefore);
 }
 
-// Without the name tables the first contact brings error 2502 and the run
-// ends there: no contact is written, no further box, no closing message.
-void tst_ContactNameRun::analysisFailureEndsRun()
+void tst_ContactNameRun::command_data()
 {
-    TestEnvironment env;
-    MessageRecorder boxes;
-    HostScope scope;
-    const Item a = addItem(contactsFolder(), olContact, {{"FullName", "Hans Müller"}});
-    const Item b = addItem(contactsFolder(), olContact, {{"FullName", "Maria Huber"}});
-    const QStringList beforeA = nameFields(a);
-    QVERIFY(QFile::remove(ProgramFile("VarnexPub.db")));
+    QTest::addColumn<QStringList>("ticked");
+    QTest::addColumn<bool>("marked");     // the first ticked folder
+    QTest::addColumn<QString>("message"); // the one box the user sees; "" for none
+    QTest::addColumn<int>("titled");      // contacts with a salutation afterwards
 
-    CorrectNamesInFolders({contactsFolder()});
-
-    QCOMPARE(boxes.count(), 1);
-    QCOMPARE(boxes.last().title, QStringLiteral("Fehler!"));
-    QVERIFY(env.readLog().contains("Sub: 2502"));
-    QVERIFY(!scope.host.running);
-    QCOMPARE(nameFields(reread(a)), beforeA);
-    QVERIFY(backups(reread(a)).isEmpty());
-    QVERIFY(backups(reread(b)).isEmpty());
+    QTest::newRow("Kontakte angehakt") << QStringList{"Kontakte"} << true << "2 Kontakt(e) geändert." << 2;
+    QTest::newRow("nichts markiert") << QStringList{"Kontakte"} << false << "" << 0;
+    QTest::newRow("Kalender dabei") << QStringList{"Kontakte", "Kalender"} << true
+                                    << "Bitte wählen Sie für diese Funktion ausschließlich Kontakte-Ordner aus." << 0;
 }
 
-QTEST_GUILESS_MAIN(tst_ContactNameRun)
+// The command "Namen korrigieren" from the ticks of the folder tree.
+void tst_ContactNameRun::command()
+{
+    QFETCH(QStringList, ticked);
+    QFETCH(bool, marked);
+    QFETCH(QString, message);
+    QFETCH(int, titled);
+    SelectionFixture fx(true);
+    for (const char *name : {"Müller, Hans", "Maria Huber"})
+        addContact({{"FullName", QString::fromUtf8(name)}});
+    FolderProfile::addItems(SelectionFixture::folder("Kalender"), 1);
+    fx.readTree();
+    if (marked)
+        QVERIFY(fx.select(ticked));
+    else
+        fx.tree.setChecked(nodeOfPath(fx.tree, SelectionFixture::fullPath(ticked.first())), true);
+    QVERIFY(RunCommand(QStringLiteral("Nam")));
+    QCOMPARE(fx.boxes.count(), message.isEmpty() ? 0 : 1);
+    if (!message.isEmpty())
+        QCOMPARE(fx.boxes.last().prompt, message);
+    int withTitle = 0;
+    for (const Item &contact : contactsFolder().Items())
+        withTitle += contact.text("Title").isEmpty() ? 0 : 1;
+    QCOMPARE(withTitle, titled);
+}
+
+QTEST_MAIN(tst_ContactNameRun)
 #include "tst_contactnamerun.moc"

@@ -1,13 +1,8 @@
 // The name test dialog, driven through its widgets with the shipped tables.
-#include "frame/CommandRegistry.h"
-#include "frame/MainCommands.h"
 #include "controls/ListFile.h"
 #include "controls/sevText.h"
 #include "names/frmNameCheck.h"
 #include "support/TestSupport.h"
-
-#include <QApplication>
-#include <QTimer>
 
 #include <QCheckBox>
 #include <QFile>
@@ -41,29 +36,12 @@ class tst_frmNameCheck : public QObject
 
 private slots:
     void initTestCase() { QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany)); }
-    void opensEmpty();
     void typing_data();
     void typing();
     void businessBoxAloneRefreshes();
     void missingDatabaseReportsEveryChange();
-    void menuCommandOpensTheDialog();
     void typedNameJoinsTheList();
 };
-
-void tst_frmNameCheck::opensEmpty()
-{
-    TestEnvironment env(false);
-    MessageRecorder boxes;
-    frmNameCheck dialog;
-    QCOMPARE(dialog.windowTitle(), QStringLiteral("Namen testen"));
-    QVERIFY(dialog.findChild<sevText *>("txtFullname")->text().isEmpty());
-    QVERIFY(!dialog.findChild<QCheckBox *>("chkBusinessCheck")->isChecked());
-    QCOMPARE(dialog.findChild<QLabel *>("lblInfo")->text(),
-             QStringLiteral("Geben Sie einen vollständigen Namen ein.\r\n\r\n"
-                            "Hiermit können Sie testen wie die Namen korrigieren-Funktion arbeitet."));
-    QCOMPARE(shownParts(dialog), QStringList(6));
-    QCOMPARE(boxes.count(), 0); // no analysis before the first change, so no error either
-}
 
 void tst_frmNameCheck::typing_data()
 {
@@ -132,21 +110,6 @@ void tst_frmNameCheck::missingDatabaseReportsEveryChange()
     QCOMPARE(boxes.last().title, QStringLiteral("Fehler!"));
     QCOMPARE(shownParts(dialog), QStringList(6));
     QVERIFY(env.readLog().contains("Sub: 2502"));
-}
-
-void tst_frmNameCheck::menuCommandOpensTheDialog()
-{
-    TestEnvironment env;
-    RegisterMainCommands();
-    QString opened;
-    QTimer::singleShot(0, this, [&opened] {
-        if (QWidget *modal = QApplication::activeModalWidget()) {
-            opened = modal->objectName();
-            modal->close();
-        }
-    });
-    QVERIFY(RunCommand(QStringLiteral("NameCheck")));
-    QCOMPARE(opened, QStringLiteral("frmNameCheck"));
 }
 
 void tst_frmNameCheck::typedNameJoinsTheList()

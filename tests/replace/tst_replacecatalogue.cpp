@@ -16,8 +16,6 @@ private slots:
     void initTestCase() { QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany)); }
     void types_data();
     void types();
-    void fieldRows_data();
-    void fieldRows();
     void listsHaveNoTwins();
     void parseDateText_data();
     void parseDateText();
@@ -71,57 +69,6 @@ void tst_ReplaceCatalogue::types()
     QCOMPARE(dates.join(u','), dateFields);
     QVERIFY(!type->field(-1));
     QVERIFY(!type->field(fieldCount));
-}
-
-void tst_ReplaceCatalogue::fieldRows_data()
-{
-    QTest::addColumn<QString>("folderClass");
-    QTest::addColumn<int>("index");
-    QTest::addColumn<QString>("caption");
-    QTest::addColumn<QString>("property");
-
-    auto row = [](const char *name, const char *folderClass, int index, const char *caption, const char *property) {
-        QTest::newRow(name) << QString::fromLatin1(folderClass) << index << QString::fromUtf8(caption)
-                            << QString::fromLatin1(property);
-    };
-    row("Termin Beginn", "IPM.Appointment", 0, "Beginn um", "Start");
-    row("Termin Ort zuletzt", "IPM.Appointment", 5, "Ort", "Location");
-    row("Aufgabe Fällig am", "IPM.Task", 3, "Fällig am", "DueDate");
-    row("Aufgabe Zuständig zuletzt", "IPM.Task", 10, "Zuständig", "Role");
-    row("Mail Betreff", "IPM.Note", 0, "Betreff", "Subject");
-    row("Bereitstellen Text", "IPM.Post", 1, "Text", "Body");
-    row("Journal Text", "IPM.Activity", 1, "Text", "Body");
-    row("Notiz nur Text", "IPM.StickyNote", 0, "Text", "Body");
-    row("Kontakt erstes Feld", "IPM.Contact", 0, "Abrechnungsinformationen", "BillingInformation");
-    row("Kontakt Adresse mit Ausrufezeichen", "IPM.Contact", 2, "Adresse geschäftlich !", "BusinessAddress");
-    row("Kontakt Bürostandort", "IPM.Contact", 11, "Bürostandort", "OfficeLocation");
-    row("Kontakt empfohlen klein", "IPM.Contact", 22, "empfohlen von", "ReferredBy");
-    row("Kontakt Geburtstag", "IPM.Contact", 27, "Geburtstag", "Birthday");
-    row("Kontakt Jahrestag", "IPM.Contact", 31, "Jahrestag", "Anniversary");
-    row("Kontakt Fullname so geschrieben", "IPM.Contact", 41, "Name (vollständig) !", "Fullname");
-    row("Kontakt Schedule+ 1", "IPM.Contact", 57, "Schedule+-Benutzer 1", "User1");
-    row("Kontakt Schedule+ 4", "IPM.Contact", 60, "Schedule+-Benutzer 4", "User4");
-    row("Kontakt Sekretärin", "IPM.Contact", 61, "Sekretär(in)", "AssistantName");
-    row("Kontakt Tefefon Firma", "IPM.Contact", 70, "Tefefon Firma", "CompanyMainTelephoneNumber");
-    row("Kontakt Rückmeldung", "IPM.Contact", 81, "Telefonnummer Rückmeldung", "CallbackTelephoneNumber");
-    row("Kontakt Frei/Gebucht", "IPM.Contact", 88, "URL für Frei/Gebucht-Informationen",
-        "InternetFreeBusyAddress");
-    row("Kontakt letztes Feld", "IPM.Contact", 94, "weitere Vorn.", "MiddleName");
-}
-
-void tst_ReplaceCatalogue::fieldRows()
-{
-    QFETCH(QString, folderClass);
-    QFETCH(int, index);
-    QFETCH(QString, caption);
-    QFETCH(QString, property);
-
-    const ReplaceItemType *type = ReplaceTypeForClass(folderClass);
-    QVERIFY(type);
-    const ReplaceField *field = type->field(index);
-    QVERIFY(field);
-    QCOMPARE(field->captionText(), caption);
-    QCOMPARE(field->propertyName(), property);
 }
 
 // Two rows of one list with the same caption or property would make the

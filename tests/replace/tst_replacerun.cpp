@@ -108,9 +108,8 @@ void tst_ReplaceRun::textFieldOfEachType()
     QFETCH(QString, value);
     QFETCH(QString, expected);
 
-    TestEnvironment env;
     ReplaceTestStore store;
-    MessageRecorder boxes;
+    MessageRecorder &boxes = store.boxes;
     const MAPIFolder folder = store.folder(folderType);
     const QString property = ReplaceTypeForClass(folderClass)->field(index)->propertyName();
     const Item other = ReplaceTestStore::addItem(folder, otherClass, {{"Subject", value}});
@@ -189,9 +188,8 @@ void tst_ReplaceRun::dateFields()
     QFETCH(QString, after);
     QFETCH(int, records);
 
-    TestEnvironment env;
     ReplaceTestStore store;
-    MessageRecorder boxes;
+    MessageRecorder &boxes = store.boxes;
     const MAPIFolder folder = store.folder(folderType);
     const QString property = ReplaceTypeForClass(folderClass)->field(index)->propertyName();
     Values values;
@@ -221,9 +219,8 @@ void tst_ReplaceRun::dateFields()
 // is made and the item is saved all the same: a refused save shows it.
 void tst_ReplaceRun::invalidDateStillSavesTheItem()
 {
-    TestEnvironment env;
     ReplaceTestStore store;
-    MessageRecorder boxes;
+    MessageRecorder &boxes = store.boxes;
     const MAPIFolder contacts = store.folder(olFolderContacts);
     const Item item = ReplaceTestStore::addItem(contacts, olContact, {{"Birthday", kBirthday}});
     StoreFaults::FailItem(item.EntryID(), StoreFaults::FailSave);
@@ -239,9 +236,8 @@ void tst_ReplaceRun::invalidDateStillSavesTheItem()
 
 void tst_ReplaceRun::unchangedItemIsNotSaved()
 {
-    TestEnvironment env;
     ReplaceTestStore store;
-    MessageRecorder boxes;
+    MessageRecorder &boxes = store.boxes;
     const MAPIFolder contacts = store.folder(olFolderContacts);
     const Item same = ReplaceTestStore::addItem(contacts, olContact, {{"LastName", "Schulz"}});
     StoreFaults::FailItem(same.EntryID(), StoreFaults::FailSave);
@@ -273,9 +269,8 @@ void tst_ReplaceRun::userField()
     QFETCH(QString, fieldName);
     QFETCH(int, records);
 
-    TestEnvironment env;
     ReplaceTestStore store;
-    MessageRecorder boxes;
+    MessageRecorder &boxes = store.boxes;
     const MAPIFolder tasks = store.folder(olFolderTasks);
     Item withField = tasks.Items().Add(olTask);
     withField.UserProperties().Add(QStringLiteral("Projekt"), olText).setValue(QStringLiteral("Umbau Müller"));
@@ -306,9 +301,8 @@ void tst_ReplaceRun::userField()
 // the records of that item stay, and the file keeps the old values.
 void tst_ReplaceRun::failedSaveCountsTheItemOnce()
 {
-    TestEnvironment env;
     ReplaceTestStore store;
-    MessageRecorder boxes;
+    MessageRecorder &boxes = store.boxes;
     const MAPIFolder contacts = store.folder(olFolderContacts);
     const Values muller{{"LastName", "Müller"}, {"CompanyName", "Müller AG"}, {"Body", "bei Müller"}};
     const Item refused = ReplaceTestStore::addItem(contacts, olContact, muller);
@@ -338,9 +332,8 @@ void tst_ReplaceRun::failedSaveCountsTheItemOnce()
 // what was done so far stays done and recorded.
 void tst_ReplaceRun::failingReadEndsTheRunWithError59()
 {
-    TestEnvironment env;
     ReplaceTestStore store;
-    MessageRecorder boxes;
+    MessageRecorder &boxes = store.boxes;
     const MAPIFolder contacts = store.folder(olFolderContacts);
     const Item first = ReplaceTestStore::addItem(contacts, olContact, {{"LastName", "Müller"}});
     const Item broken = ReplaceTestStore::addItem(contacts, olContact, {{"LastName", "Müller"}});
@@ -357,7 +350,7 @@ void tst_ReplaceRun::failingReadEndsTheRunWithError59()
     QCOMPARE(boxes.count(), 1);
     QVERIFY2(boxes.last().prompt.contains("Nr.: 59 /"), qPrintable(boxes.last().prompt));
     QCOMPARE(boxes.last().buttons, int(MsgStop));
-    QVERIFY(env.readLog().contains("Sub: 59"));
+    QVERIFY(store.env.readLog().contains("Sub: 59"));
     QCOMPARE(lists.fields.size(), 1);
     QCOMPARE(lists.fields[0].entryID, first.EntryID());
     StoreFaults::Reset();
@@ -369,9 +362,8 @@ void tst_ReplaceRun::failingReadEndsTheRunWithError59()
 // ends the run, and its record stays for the undo.
 void tst_ReplaceRun::failingUserFieldSaveEndsTheRun()
 {
-    TestEnvironment env;
     ReplaceTestStore store;
-    MessageRecorder boxes;
+    MessageRecorder &boxes = store.boxes;
     const MAPIFolder notes = store.folder(olFolderNotes);
     Item note = notes.Items().Add(olNote);
     note.UserProperties().Add(QStringLiteral("Ablage"), olText).setValue(QStringLiteral("Müller"));
@@ -395,9 +387,8 @@ void tst_ReplaceRun::failingUserFieldSaveEndsTheRun()
 // moment.
 void tst_ReplaceRun::selectionIsReadForEachItem()
 {
-    TestEnvironment env;
     ReplaceTestStore store;
-    MessageRecorder boxes;
+    MessageRecorder &boxes = store.boxes;
     const MAPIFolder contacts = store.folder(olFolderContacts);
     const Values muller{{"FirstName", "Müller"}, {"LastName", "Müller"}};
     const Item first = ReplaceTestStore::addItem(contacts, olContact, muller);
@@ -422,9 +413,8 @@ void tst_ReplaceRun::selectionIsReadForEachItem()
 
 void tst_ReplaceRun::stopEndsAfterTheCurrentItem()
 {
-    TestEnvironment env;
     ReplaceTestStore store;
-    MessageRecorder boxes;
+    MessageRecorder &boxes = store.boxes;
     const MAPIFolder inbox = store.folder(olFolderInbox);
     QList<Item> mails;
     for (int i = 0; i < 3; ++i)
@@ -446,9 +436,8 @@ void tst_ReplaceRun::stopEndsAfterTheCurrentItem()
 // A class without a list touches nothing but still ends with its message.
 void tst_ReplaceRun::runWithoutListForTheClass()
 {
-    TestEnvironment env;
     ReplaceTestStore store;
-    MessageRecorder boxes;
+    MessageRecorder &boxes = store.boxes;
     const MAPIFolder contacts = store.folder(olFolderContacts);
     const Item item = ReplaceTestStore::addItem(contacts, olContact, {{"LastName", "Müller"}});
 

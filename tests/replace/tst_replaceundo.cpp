@@ -50,9 +50,8 @@ private slots:
 
 void tst_ReplaceUndo::undoRestoresFieldsAndUserField()
 {
-    TestEnvironment env;
     ReplaceTestStore store;
-    MessageRecorder boxes;
+    MessageRecorder &boxes = store.boxes;
     const MAPIFolder contacts = store.folder(olFolderContacts);
     Item first = contacts.Items().Add(olContact);
     first.set("LastName", "Müller");
@@ -122,9 +121,8 @@ void tst_ReplaceUndo::undoRestoresDates()
     QFETCH(QDateTime, before);
     QFETCH(QString, replacement);
 
-    TestEnvironment env;
     ReplaceTestStore store;
-    MessageRecorder boxes;
+    MessageRecorder &boxes = store.boxes;
     const MAPIFolder folder = store.folder(folderType);
     QList<QPair<QString, QVariant>> values;
     if (itemClass == olAppointment)
@@ -169,9 +167,8 @@ void tst_ReplaceUndo::goneItemsAreCounted()
     QFETCH(bool, deleteInStore);
     QFETCH(QStringList, messages);
 
-    TestEnvironment env;
     ReplaceTestStore store;
-    MessageRecorder boxes;
+    MessageRecorder &boxes = store.boxes;
     const MAPIFolder contacts = store.folder(olFolderContacts);
     QList<Item> items;
     for (const char *name : {"Anna Müller", "Bernd Müller", "Clara Müller"})
@@ -200,9 +197,8 @@ void tst_ReplaceUndo::goneItemsAreCounted()
 // then are undone.
 void tst_ReplaceUndo::undoAfterBrokenRun()
 {
-    TestEnvironment env;
     ReplaceTestStore store;
-    MessageRecorder boxes;
+    MessageRecorder &boxes = store.boxes;
     const MAPIFolder contacts = store.folder(olFolderContacts);
     const Item first = ReplaceTestStore::addItem(contacts, olContact, {{"LastName", "Müller"}});
     const Item broken = ReplaceTestStore::addItem(contacts, olContact, {{"LastName", "Müller"}});
@@ -220,9 +216,8 @@ void tst_ReplaceUndo::undoAfterBrokenRun()
 
 void tst_ReplaceUndo::emptyListsSayNothing()
 {
-    TestEnvironment env;
     ReplaceTestStore store;
-    MessageRecorder boxes;
+    MessageRecorder &boxes = store.boxes;
     ReplaceUndoLists lists;
     lists.folderClass = QStringLiteral("IPM.Contact");
     const ReplaceUndoOutcome outcome = UndoReplace(lists);

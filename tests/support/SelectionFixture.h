@@ -1,9 +1,10 @@
 #pragma once
 // A run's whole surrounding for tests of batch runs: an isolated program
-// folder and settings, a real temporary profile, the folder tree read from
-// it, and a run host that records every status text. Folders are ticked by
-// their path below the default store ("Posteingang", "Kontakte/Kunden") or
-// with the store in front ("Archiv/Kontakte").
+// folder and settings (with the reference database when asked for), a real
+// temporary profile, the folder tree read from it, a run host that records
+// every status text and a recorder of every message box. Folders are ticked
+// by their path below the default store ("Posteingang", "Kontakte/Kunden")
+// or with the store in front ("Archiv/Kontakte").
 
 #include "controls/NodeTree.h"
 #include "controls/Pictures.h"
@@ -15,12 +16,16 @@
 #include "support/TestSupport.h"
 
 #include <QStringList>
+#include <QVariant>
 
+// Property values of a test item, in the order they are set.
+using Values = QList<QPair<QString, QVariant>>;
 
 class SelectionFixture
 {
 public:
-    SelectionFixture()
+    explicit SelectionFixture(bool withReferenceDb = false)
+        : environment(withReferenceDb)
     {
         SetRunHost(&host);
     }
@@ -41,6 +46,24 @@ public:
 
     // The folder of the path; the tree is not involved.
     static MAPIFolder folder(const QString &path) { return FolderProfile::folder(fullPath(path)); }
+
+    // A saved item of the class in the folder, with the properties given.
+    static Item addItem(const MAPIFolder &folder, int itemClass, const Values &values)
+    {
+        Item item = folder.Items().Add(itemClass);
+        for (const auto &[name, value] : values)
+            item.set(name, value);
+        item.Save();
+        return item;
+    }
+
+    // The item as the file holds it: a fetch by ID in a new session, so that
+    // changes that were never saved do not show.
+    Item reread(const Item &item) const
+    {
+        SetProfileFolder(profile.path());
+        return Application().GetNamespace().GetItemFromID(item.EntryID(), item.StoreID());
+    }
 
     // Reads the tree; call after the folders have been made.
     void readTree()
@@ -65,8 +88,9 @@ public:
         return true;
     }
 
-    TestEnvironment environment{false};
+    TestEnvironment environment;
     FolderProfile profile;
     NodeTree tree;
     RecordingRunHost host;
+    MessageRecorder boxes;
 };

@@ -23,7 +23,6 @@ private slots:
     void initTestCase();
     void init();
     void cleanup();
-    void entryControlsCarryTheirKeys();
     void loadShowsSettings();
     void examplesFollowEveryChange_data();
     void examplesFollowEveryChange();
@@ -42,11 +41,6 @@ private:
 };
 
 namespace {
-
-const QStringList kEntryKeys{
-    "IDDPOut", "VorwahlTrennOut1", "VorwahlTrennOut2", "DurchwahlTrennOut", "VorwahlTrennOutSingle",
-    "BlockTrennAreaPres", "BlockTrennAreaNo", "BlockA1", "BlockA2", "BlockS1", "BlockS2", "BlockS3",
-    "BlockS4", "BlockS5", "BlockT1", "BlockT2", "BlockT3", "BlockT4", "BlockT5"};
 
 sevText *field(QWidget *form, const QString &name)
 {
@@ -89,25 +83,6 @@ void tst_TelFormDialogs::retype(sevText *field, const QString &text)
         QTest::keyClick(field->editor(), Qt::Key_Backspace);
     else
         QTest::keyClicks(field->editor(), text);
-}
-
-void tst_TelFormDialogs::entryControlsCarryTheirKeys()
-{
-    frmVorwahlen dialog;
-    QCOMPARE(dialog.findChildren<sevText *>().size(), kEntryKeys.size());
-    for (const QString &key : kEntryKeys)
-        QCOMPARE(BoundSettingName(field(&dialog, QStringLiteral("cmb") + key)), key);
-    const QList<QPair<QString, QString>> lists{
-        {"cmbIDDPOut", "IDDPOut.dat"}, {"cmbVorwahlTrennOut1", "HyphenOut1.dat"},
-        {"cmbVorwahlTrennOut2", "HyphenOut2.dat"}, {"cmbDurchwahlTrennOut", "HyphenOut.dat"},
-        {"cmbVorwahlTrennOutSingle", "HyphenOutSgl.dat"}, {"cmbBlockTrennAreaPres", "BlockAreaPres.dat"},
-        {"cmbBlockTrennAreaNo", "BlockAreaNo.dat"}};
-    for (const auto &[name, file] : lists) {
-        QCOMPARE(field(&dialog, name)->floskelFile(), file);
-        QCOMPARE(field(&dialog, name)->floskelTitle(), QStringLiteral("Trennzeichen"));
-        QVERIFY(field(&dialog, name)->floskelAutoAdd());
-    }
-    QCOMPARE(field(&dialog, "cmbBlockA1")->floskelFile(), QString());
 }
 
 void tst_TelFormDialogs::loadShowsSettings()
