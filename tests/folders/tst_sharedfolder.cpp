@@ -29,15 +29,12 @@ private slots:
     void cleanup();
     void nameCheck_data();
     void nameCheck();
-    void editTakesCheckedLookAway();
-    void folderTypesInOrder();
     void okOpensTheDefaultFolder_data();
     void okOpensTheDefaultFolder();
     void refusedFolderKeepsEverything_data();
     void refusedFolderKeepsEverything();
     void secondFolderReplacesFirst();
     void closeShowsTreeWithItsTicks();
-    void menuEntryOpensDialog();
 
 private:
     TestEnvironment *m_env = nullptr;
@@ -110,31 +107,6 @@ void tst_SharedFolder::nameCheck()
         QCOMPARE(boxes.last().title, QStringLiteral("Hinweis!"));
     }
     QVERIFY(!IsSharedFolderOpen());
-}
-
-void tst_SharedFolder::editTakesCheckedLookAway()
-{
-    frmSharedFolderOpen dialog(m_window);
-    QTest::keyClicks(dialog.txtName()->editor(), QStringLiteral("erika"));
-    QTest::mouseClick(dialog.cmdNameCheck(), Qt::LeftButton);
-    QVERIFY(dialog.txtName()->isChecked());
-    QTest::keyClick(dialog.txtName()->editor(), Qt::Key_Backspace);
-    QVERIFY(!dialog.txtName()->isChecked());
-    QVERIFY(!dialog.txtName()->editor()->font().bold());
-}
-
-void tst_SharedFolder::folderTypesInOrder()
-{
-    frmSharedFolderOpen dialog(m_window);
-    QStringList texts;
-    QList<int> types;
-    for (int i = 0; i < dialog.cmbFolderTyp()->count(); ++i) {
-        texts.append(dialog.cmbFolderTyp()->itemText(i));
-        types.append(dialog.cmbFolderTyp()->itemData(i).toInt());
-    }
-    QCOMPARE(texts, (QStringList{"Kalender", "Kontakte", "Posteingang", "Notizen", "Aufgaben", "Journal"}));
-    QCOMPARE(types, (QList<int>{9, 10, 6, 12, 13, 11}));
-    QCOMPARE(dialog.cmbFolderTyp()->currentIndex(), 0);
 }
 
 void tst_SharedFolder::okOpensTheDefaultFolder_data()
@@ -240,22 +212,6 @@ void tst_SharedFolder::closeShowsTreeWithItsTicks()
     const FolderSelection selection = CollectFolders(QString::fromLatin1(FolderKind::OnlyContacts), true);
     QVERIFY(selection.ok);
     QCOMPARE(selection.folders.first().Name(), QStringLiteral("Kontakte"));
-}
-
-void tst_SharedFolder::menuEntryOpensDialog()
-{
-    bool opened = false;
-    QTimer::singleShot(0, [&opened] {
-        auto *dialog = qobject_cast<frmSharedFolderOpen *>(QApplication::activeModalWidget());
-        opened = dialog != nullptr;
-        if (dialog) {
-            QCOMPARE(dialog->windowTitle(), QStringLiteral("Ordner eines anderen Benutzers öffnen"));
-            dialog->reject();
-        }
-    });
-    m_window->menuEntry(QStringLiteral("mnuSharedOpen"))->trigger();
-    QVERIFY(opened);
-    QVERIFY(!IsSharedFolderOpen());
 }
 
 QTEST_MAIN(tst_SharedFolder)
