@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QScopedValueRollback>
 #include <QSqlDriver>
 #include <QSqlError>
 #include <QSqlQuery>
@@ -297,8 +298,11 @@ void DataGrid::deleteCurrentRow()
 
 bool DataGrid::finishNewRow()
 {
-    if (!m_model || m_model->newRow() < 0)
+    // Dropping a refused row moves the current row off it, which lands here
+    // again while the row is still on its way out; that row is done already.
+    if (m_finishing || !m_model || m_model->newRow() < 0)
         return true;
+    const QScopedValueRollback finishing(m_finishing, true);
     // An editor still open on the new row gives its text first.
     QWidget *editor = QApplication::focusWidget();
     if (state() == EditingState && editor && viewport()->isAncestorOf(editor)) {

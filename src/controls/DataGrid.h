@@ -61,4 +61,5 @@ protected:
 private:
     DataGridModel *m_model = nullptr;
     QHash<QString, QString> m_captions;
+    bool m_finishing = false;
 };

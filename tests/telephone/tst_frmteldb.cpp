@@ -98,6 +98,8 @@ void tst_frmTelDB::typeInto(DataGrid *grid, const QString &text, Qt::Key finish)
     if (text.isEmpty())
         QTest::keyClick(editor, Qt::Key_Backspace);
     QTest::keyClicks(editor, text);
+    if (finish == Qt::Key_unknown)
+        return;
     QTest::keyClick(editor, finish);
     // The delegate commits and closes the editor through the event loop.
     QCoreApplication::processEvents();
@@ -267,8 +269,18 @@ void tst_frmTelDB::duplicateRowRefused_data()
     QTest::addColumn<QString>("button");
     QTest::addColumn<QString>("second");
     QTest::addColumn<QString>("table");
-    QTest::newRow("Ortvorwahl doppelt") << "GridCountryArea" << "cmdNew1" << "30" << "T_CountryAndAreaCodes";
-    QTest::newRow("Ländervorwahl doppelt") << "GridNDDP" << "cmdNew2" << "7" << "T_CountryCodes";
+    QTest::addColumn<QString>("leave");
+    // Every way a user leaves the refused row: the row goes, the message
+    // comes once, and the grid keeps running.
+    QTest::newRow("Ortvorwahl doppelt, Neu") << "GridCountryArea" << "cmdNew1" << "30" << "T_CountryAndAreaCodes"
+                                             << "Neu";
+    QTest::newRow("Ortvorwahl doppelt, OK") << "GridCountryArea" << "cmdNew1" << "30" << "T_CountryAndAreaCodes"
+                                            << "OK";
+    QTest::newRow("Ortvorwahl doppelt, Klick") << "GridCountryArea" << "cmdNew1" << "30" << "T_CountryAndAreaCodes"
+                                               << "Klick";
+    QTest::newRow("Ländervorwahl doppelt, Tab") << "GridNDDP" << "cmdNew2" << "7" << "T_CountryCodes" << "Tab";
+    QTest::newRow("Ländervorwahl doppelt, Neu") << "GridNDDP" << "cmdNew2" << "7" << "T_CountryCodes" << "Neu";
+    QTest::newRow("Ländervorwahl doppelt, OK") << "GridNDDP" << "cmdNew2" << "7" << "T_CountryCodes" << "OK";
 }
 
 void tst_frmTelDB::duplicateRowRefused()
@@ -277,14 +289,23 @@ void tst_frmTelDB::duplicateRowRefused()
     QFETCH(QString, button);
     QFETCH(QString, second);
     QFETCH(QString, table);
+    QFETCH(QString, leave);
     open(true);
     DataGrid *target = grid(gridName);
     const int rows = target->rowCountShown();
     const QString count = scalar("SELECT COUNT(*) FROM " + table);
     QTest::mouseClick(m_dialog->findChild<QPushButton *>(button), Qt::LeftButton);
     typeInto(target, "49", Qt::Key_Tab);
-    typeInto(target, second, Qt::Key_Return);
-    target->setCurrentIndex(target->model()->index(0, 0));
+    // Tab leaves the last cell for the next row; the other ways leave the
+    // editor open.
+    typeInto(target, second, leave == QStringLiteral("Tab") ? Qt::Key_Tab : Qt::Key_unknown);
+    if (leave == QStringLiteral("Neu"))
+        QTest::mouseClick(m_dialog->findChild<QPushButton *>(button), Qt::LeftButton);
+    else if (leave == QStringLiteral("OK"))
+        QTest::mouseClick(m_dialog->findChild<QPushButton *>("cmdOK"), Qt::LeftButton);
+    else if (leave == QStringLiteral("Klick"))
+        QTest::mouseClick(target->viewport(), Qt::LeftButton, {},
+                          target->visualRect(target->model()->index(0, 1)).center());
     QCOMPARE(m_boxes->count(), 1);
     QCOMPARE(m_boxes->last().prompt, QStringLiteral("Fehler beim Hinzufügen der neuen Datenzeile, prüfen Sie ob die "
                                                     "Daten bereits vorhanden sind."));
@@ -292,6 +313,9 @@ void tst_frmTelDB::duplicateRowRefused()
     QCOMPARE(m_boxes->last().buttons, int(MsgStop));
     QCOMPARE(target->rowCountShown(), rows);
     QCOMPARE(scalar("SELECT COUNT(*) FROM " + table), count);
+    QCOMPARE(m_dialog->isVisible(), leave != QStringLiteral("OK"));
+    if (leave == QStringLiteral("OK"))
+        return;
     // The grid keeps running: the next row goes in.
     QTest::mouseClick(m_dialog->findChild<QPushButton *>(button), Qt::LeftButton);
     typeInto(target, "999", Qt::Key_Tab);
