@@ -204,6 +204,9 @@ void compareWithLiteralWalk()
 
 int main(int argc, char **argv)
 {
+    // As the program does: the zone file is read once, not at every
+    // creation time that Phase 1 turns into text.
+    ReadTimeZoneFileOnce();
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);

@@ -110,8 +110,11 @@ QString ProgramFolder()
 {
     if (!programFolderOverride().isEmpty())
         return programFolderOverride();
-    if (QCoreApplication::instance())
-        return QCoreApplication::applicationDirPath();
+    if (QCoreApplication::instance()) {
+        // The executable stays where it is; asked at every number and name.
+        static const QString folder = QCoreApplication::applicationDirPath();
+        return folder;
+    }
     return QDir::currentPath();
 }
 

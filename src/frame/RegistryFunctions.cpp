@@ -1,5 +1,6 @@
 #include "frame/RegistryFunctions.h"
 
+#include "frame/FileWatch.h"
 #include "frame/GlobalFunctions.h"
 
 #include <QDir>
@@ -19,6 +20,7 @@ QString &settingsFileOverride()
 }
 
 quint64 s_generation = 0;
+quint64 s_fileGeneration = 0; // counts the changes of the settings file's path
 
 QString groupKey(const QString &name)
 {
@@ -39,10 +41,20 @@ void SetSettingsFile(const QString &path)
 {
     settingsFileOverride() = path;
     ++s_generation;
+    ++s_fileGeneration;
 }
 
 quint64 SettingsGeneration()
 {
+    // The file is watched as well: a second Varnex or a hand edit counts.
+    static FileWatch watch;
+    static quint64 watchedFor = ~quint64(0);
+    if (watchedFor != s_fileGeneration) {
+        watch.setPath(SettingsFile());
+        watchedFor = s_fileGeneration;
+    }
+    if (watch.changed())
+        ++s_generation;
     return s_generation;
 }
 

@@ -31,8 +31,10 @@ void InitDefaultSettings();
 QString SettingsFile();
 void SetSettingsFile(const QString &path);
 
-// Counts the writes of this process (SaveSetting, InitSetting, a new settings
-// file). Readers that cache derived values compare it to see a change.
+// Grows with every change of the settings: the writes of this process
+// (SaveSetting, InitSetting, a new settings file) at once, a change of the
+// file by anyone else (a second Varnex, a hand edit) as soon as FileWatch
+// has seen it. Readers that cache derived values compare it to see a change.
 quint64 SettingsGeneration();
 
 // Name and default of every setting that InitDefaultSettings writes.

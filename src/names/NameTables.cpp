@@ -1,5 +1,6 @@
 #include "names/NameTables.h"
 
+#include "frame/FileWatch.h"
 #include "frame/GlobalFunctions.h"
 
 #include <QFileInfo>
@@ -7,8 +8,6 @@
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QVariant>
-
-#include <sys/stat.h>
 
 namespace {
 
@@ -121,17 +120,9 @@ bool LoadNameTables(const QString &path, NameTables &tables, NameTablesError &er
 
 namespace {
 
-// What identifies the file the cache was read from.
-struct FileStamp {
-    QString path;
-    qint64 modified = -1; // nanoseconds where the system keeps them
-    qint64 size = -1;
-    quint64 inode = 0;
-    bool operator==(const FileStamp &) const = default;
-};
-
 struct NameTablesCache {
-    FileStamp stamp;
+    QString folder;  // the program folder the path was made from
+    FileWatch watch; // of the database file
     bool valid = false;
     NameTables tables;
 };
@@ -142,33 +133,20 @@ NameTablesCache &cache()
     return c;
 }
 
-// One system call per analysis: QFileInfo would need several.
-FileStamp stampOf(const QString &path)
-{
-    FileStamp stamp{path};
-    struct stat st {};
-    if (::stat(QFile::encodeName(path).constData(), &st) != 0)
-        return stamp;
-#if defined(__linux__)
-    stamp.modified = qint64(st.st_mtim.tv_sec) * 1000000000 + st.st_mtim.tv_nsec;
-#else
-    stamp.modified = qint64(st.st_mtime);
-#endif
-    stamp.size = qint64(st.st_size);
-    stamp.inode = quint64(st.st_ino);
-    return stamp;
-}
-
 } // namespace
 
 const NameTables *CurrentNameTables(NameTablesError &error)
 {
     NameTablesCache &c = cache();
-    const FileStamp stamp = stampOf(ProgramFile(QStringLiteral("VarnexPub.db")));
-    if (c.valid && c.stamp == stamp)
+    const QString folder = ProgramFolder();
+    if (c.watch.path().isEmpty() || folder != c.folder) {
+        c.folder = folder;
+        c.watch.setPath(ProgramFile(QStringLiteral("VarnexPub.db")));
+        c.valid = false;
+    }
+    if (!c.watch.changed() && c.valid)
         return &c.tables;
-    c.valid = LoadNameTables(stamp.path, c.tables, error);
-    c.stamp = stamp;
+    c.valid = LoadNameTables(c.watch.path(), c.tables, error);
     if (!c.valid) {
         c.tables = NameTables{};
         return nullptr;

@@ -39,6 +39,7 @@ struct NameTablesError {
 bool LoadNameTables(const QString &path, NameTables &tables, NameTablesError &error);
 
 // The tables of VarnexPub.db in the program folder, read on first use and
-// again whenever the file changes (another path, time or size). Returns
+// again whenever the file changes (FileWatch: written, replaced or removed
+// by anyone) or the program folder does. Returns
 // nullptr and fills error when the file is missing or unreadable.
 const NameTables *CurrentNameTables(NameTablesError &error);

@@ -2,9 +2,9 @@
 // The settings that the number normaliser reads, in one value. The members
 // carry the names of their settings keys.
 //
-// CurrentTelNrSettings keeps the value until the settings store of this
-// process writes again (SettingsGeneration), so a change made in the options
-// or the format editor applies from the next number on.
+// CurrentTelNrSettings keeps the value until the settings change
+// (SettingsGeneration), so a change made in the options, the format editor,
+// a second Varnex or by hand applies from the next number on.
 
 #include "telephone/TelNrError.h"
 
@@ -54,7 +54,7 @@ struct TelNrSettings {
 // All settings of the normaliser, read from the store now.
 TelNrSettings ReadTelNrSettings();
 
-// The settings as of the last write of the settings store of this process.
+// The settings as of the last change of the settings (SettingsGeneration).
 // The reference stays valid until the next call.
 const TelNrSettings &CurrentTelNrSettings();
 

@@ -5,8 +5,9 @@
 // the help of the telephone tables of the reference database.
 //
 // A number that cannot be resolved against the tables comes back untouched.
-// Settings and tables are cached and re-read as soon as the settings store of
-// this process writes or the database file changes. Like the rest of the
+// Settings and tables are cached and read again as soon as the settings
+// (SettingsGeneration) or the database file (FileWatch) change, whoever
+// changes them. Like the rest of the
 // program it runs on the user-interface thread only.
 
 #include "telephone/TelNrError.h"

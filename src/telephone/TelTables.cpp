@@ -1,5 +1,6 @@
 #include "telephone/TelTables.h"
 
+#include "frame/FileWatch.h"
 #include "frame/GlobalFunctions.h"
 
 #include <QDir>
@@ -9,8 +10,6 @@
 #include <QSqlQuery>
 #include <algorithm>
 #include <climits>
-#include <ctime>
-#include <sys/stat.h>
 
 namespace {
 
@@ -211,34 +210,11 @@ QSqlDatabase ReferenceDbConnection::database() const
 
 namespace {
 
-// What stat tells about the file; equal stamps mean an unchanged file, as far
-// as the file times can tell.
-struct FileStamp {
-    dev_t device = 0;
-    ino_t inode = 0;
-    off_t size = 0;
-    timespec modified{};
-    timespec changed{};
-
-    bool operator==(const FileStamp &o) const
-    {
-        return device == o.device && inode == o.inode && size == o.size
-            && modified.tv_sec == o.modified.tv_sec && modified.tv_nsec == o.modified.tv_nsec
-            && changed.tv_sec == o.changed.tv_sec && changed.tv_nsec == o.changed.tv_nsec;
-    }
-};
-
-double seconds(const timespec &t)
-{
-    return double(t.tv_sec) + double(t.tv_nsec) / 1e9;
-}
-
 // The one cache of the telephone tables of this process.
 struct TablesCache {
-    QString folder;          // the program folder the path was made from
-    QByteArray path;         // the database file, encoded for stat
-    std::optional<FileStamp> stamp; // of the file that was read; nullopt: nothing valid
-    bool recentlyChanged = false;   // the file was young when read: read again
+    QString folder;  // the program folder the path was made from
+    FileWatch watch; // of the database file
+    bool valid = false;
     quint64 notifications = 0;
     TelTables tables;
 };
@@ -263,36 +239,24 @@ const TelTables &CurrentTelTables()
 {
     TablesCache &cache = s_cache;
     const QString folder = ProgramFolder();
-    if (cache.path.isEmpty() || folder != cache.folder) {
+    if (cache.watch.path().isEmpty() || folder != cache.folder) {
         cache.folder = folder;
-        cache.path = QFile::encodeName(ReferenceDatabasePath());
-        cache.stamp.reset();
+        cache.watch.setPath(ReferenceDatabasePath());
+        cache.valid = false;
     }
-    struct stat info{};
-    if (::stat(cache.path.constData(), &info) != 0 || !S_ISREG(info.st_mode)) {
-        cache.stamp.reset();
-        throw TelNrError{TelNrErrors::FileNotFound,
-                         QStringLiteral("Datei nicht gefunden: %1")
-                             .arg(QDir::toNativeSeparators(QFile::decodeName(cache.path)))};
-    }
-    const FileStamp stamp{info.st_dev, info.st_ino, info.st_size, info.st_mtim, info.st_ctim};
-    if (cache.stamp && *cache.stamp == stamp && !cache.recentlyChanged
-        && cache.notifications == s_notifications)
+    const bool changed = cache.watch.changed();
+    if (cache.valid && !changed && cache.notifications == s_notifications)
         return cache.tables;
 
-    cache.stamp.reset();
+    // A file that is missing or cannot be read fails at every call until
+    // it can be read again.
+    cache.valid = false;
     {
         ReferenceDbConnection connection;
         cache.tables = ReadTelTables(connection.database());
     }
     ++s_reads;
-    cache.stamp = stamp;
     cache.notifications = s_notifications;
-    // A second write within the granularity of the file times would leave
-    // the stamp as it is, so a young file is not trusted yet.
-    timespec now{};
-    clock_gettime(CLOCK_REALTIME, &now);
-    const double age = seconds(now) - seconds(stamp.modified);
-    cache.recentlyChanged = age < 1.0;
+    cache.valid = true;
     return cache.tables;
 }

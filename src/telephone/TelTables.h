@@ -118,11 +118,10 @@ private:
 };
 
 // The tables of the reference database in the program folder. They are read
-// once and kept until the file changes (another path or file, size,
-// modification or change time) or NotifyTelTablesChanged is called. File
-// times are coarse, so a file modified within the last second is read again
-// at the next call. Throws TelNrError when the file is missing or unreadable;
-// the reference stays valid until the next call.
+// once and kept until the file changes (FileWatch: written, replaced or
+// removed by anyone), the program folder changes or NotifyTelTablesChanged
+// is called. Throws TelNrError when the file is missing or unreadable; the
+// reference stays valid until the next call.
 const TelTables &CurrentTelTables();
 
 // Tells the cache that this process has written to the telephone tables, so

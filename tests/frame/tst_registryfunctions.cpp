@@ -1,4 +1,5 @@
 // The settings store: missing values, empty values, other types, defaults.
+#include "frame/FileWatch.h"
 #include "frame/RegistryFunctions.h"
 #include "support/TestSupport.h"
 
@@ -116,12 +117,17 @@ void tst_RegistryFunctions::writeIsVisibleToNextRead()
     SaveSetting(QStringLiteral("NDDP"), QStringLiteral("8"));
     QVERIFY(SettingsGeneration() != before);
     QCOMPARE(GetSetting(QStringLiteral("NDDP")), QStringLiteral("8"));
-    // A second writer (the user editing the file, another instance) is seen too.
+    // A second writer (the user editing the file, another instance) is seen
+    // too, and moves the generation for the caches.
+    SyncFileWatches();
+    const quint64 beforeOther = SettingsGeneration();
     {
         QSettings other(env.settingsFile(), QSettings::IniFormat);
         other.setValue(QStringLiteral("3.0/Settings/NDDP"), QStringLiteral("9"));
     }
     QCOMPARE(GetSetting(QStringLiteral("NDDP")), QStringLiteral("9"));
+    SyncFileWatches();
+    QVERIFY(SettingsGeneration() != beforeOther);
 }
 
 void tst_RegistryFunctions::writeIsOnDiskAtOnce()

@@ -2,6 +2,8 @@
 // Builds a reference database holding only the name tables, with exactly the
 // rows a test names, so that a change of the shipped tables never breaks it.
 
+#include "frame/FileWatch.h"
+
 #include <QFile>
 #include <QMap>
 #include <QSqlDatabase>
@@ -75,5 +77,6 @@ inline bool WriteNameDb(const QString &path, const NameDbRows &rows)
         db.close();
     }
     QSqlDatabase::removeDatabase(QStringLiteral("SampleNameDb"));
+    SyncFileWatches(); // the change reaches the tables' watch before the next call
     return ok;
 }

@@ -1,5 +1,6 @@
 // The contact name run over a real temporary store with the shipped tables.
 #include "frame/CommandRegistry.h"
+#include "frame/FileWatch.h"
 #include "frame/MainCommands.h"
 #include "frame/RegistryFunctions.h"
 #include "names/NameCorrectionFunctions.h"
@@ -259,9 +260,10 @@ void tst_ContactNameRun::failureEndsRun()
     const QStringList firstBefore = nameFields(first);
     const QStringList failingBefore = nameFields(failing);
     const QStringList thirdBefore = nameFields(third);
-    if (tablesMissing)
+    if (tablesMissing) {
         QVERIFY(QFile::remove(ProgramFile("VarnexPub.db")));
-    else
+        SyncFileWatches();
+    } else
         StoreFaults::FailItem(failing.EntryID(), StoreFaults::FailSave);
 
     CorrectNamesInFolders({contactsFolder()});

@@ -218,12 +218,10 @@ void tst_NameAnalysis::tableOverlapsAndReload()
 
     NameDbRows rows = ExampleNameRows();
     rows[table].append(newRow);
-    QTest::qWait(5); // a new modification time, as any later edit has
     QVERIFY(WriteNameDb(dbPath(), rows));
     QVERIFY(AnalyzeFullName(fullName, r[0], r[1], r[2], r[3], r[4], isBusiness, false));
     QCOMPARE((QStringList{r[0], r[1], r[2], r[3], r[4]}), expected);
 
-    QTest::qWait(5);
     QVERIFY(WriteNameDb(dbPath(), ExampleNameRows()));
     QVERIFY(AnalyzeFullName(fullName, r[0], r[1], r[2], r[3], r[4], isBusiness, false));
     QCOMPARE((QStringList{r[0], r[1], r[2], r[3], r[4]}), before);
@@ -251,6 +249,7 @@ void tst_NameAnalysis::failureLeavesResultsAlone()
         QVERIFY(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
         f.write("das ist keine Datenbank, sondern nur Text ohne jede Struktur .........");
     }
+    SyncFileWatches();
     QuietRunHost host;
     host.running = true;
     const std::unique_ptr<RunHost, void (*)(RunHost *)> installed(&host, [](RunHost *) { SetRunHost(nullptr); });
@@ -267,7 +266,6 @@ void tst_NameAnalysis::failureLeavesResultsAlone()
     QVERIFY2(m_env->readLog().contains("Sub: 2502"), qPrintable(m_env->readLog()));
 
     // Once the database is back, the analysis works again.
-    QTest::qWait(5);
     QVERIFY(WriteNameDb(dbPath(), ExampleNameRows()));
     QVERIFY(AnalyzeFullName("Hans Müller", title, first, middle, last, suffix, isBusiness, true));
     QCOMPARE(last, QStringLiteral("Müller"));

@@ -1,5 +1,6 @@
 #include "support/TelSampleDb.h"
 
+#include "frame/FileWatch.h"
 #include "frame/RegistryFunctions.h"
 #include "support/TestSupport.h"
 
@@ -63,6 +64,7 @@ bool WriteTelDb(const QString &path, const QList<CountryCodeRow> &countries, con
     QSqlDatabase::removeDatabase(name);
     QFile::remove(path);
     ok = ok && QFile::rename(temp, path);
+    SyncFileWatches(); // the change reaches the tables' watch before the next call
     if (!ok)
         QTest::qFail("the sample telephone database could not be written", __FILE__, __LINE__);
     return ok;

@@ -3,6 +3,7 @@
 #include "telephone/TelNrStandard.h"
 
 #include "telephone/TelTables.h"
+#include "frame/FileWatch.h"
 #include "frame/RegistryFunctions.h"
 #include "support/TelSampleDb.h"
 #include "support/TestSupport.h"
@@ -11,6 +12,7 @@
 #include <QDir>
 #include <QFile>
 #include <QLocale>
+#include <QSaveFile>
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QTest>
@@ -27,6 +29,7 @@ private slots:
     void nullCountryRowFailsOnlyWhenReached();
     void tablesAreKeptWhileTheFileStays();
     void savedSettingAppliesAtNextCall();
+    void settingEditedElsewhereApplies();
     void changedDatabaseIsSeen();
 };
 
@@ -55,6 +58,7 @@ void execOnDatabase(const QString &path, const QString &statement)
         db.close();
     }
     QSqlDatabase::removeDatabase(name);
+    SyncFileWatches(); // another program's change, seen a moment later
 }
 
 } // namespace
@@ -159,19 +163,13 @@ void tst_TelNrFailures::nullCountryRowFailsOnlyWhenReached()
                  qPrintable(boxes.last().prompt));
 }
 
-// The cache is used: an old, unchanged file is read once; a notification or
-// a write reads it again.
+// The cache is used: an unchanged file is read once, however young; a
+// notification or a write reads it again.
 void tst_TelNrFailures::tablesAreKeptWhileTheFileStays()
 {
     TestEnvironment env(false, false);
     CopyDefaultSettings(env);
     QVERIFY(WriteSampleTelDb(env.folder()));
-    auto makeOld = [&] {
-        QFile file(dbPath(env));
-        QVERIFY(file.open(QIODevice::ReadWrite));
-        QVERIFY(file.setFileTime(QDateTime::currentDateTime().addSecs(-3600), QFileDevice::FileModificationTime));
-    };
-    makeOld();
     QCOMPARE(normalised(QStringLiteral("030 1234")), QStringLiteral("+49 (30) 1234"));
     const quint64 reads = TelTablesReadCount();
     QCOMPARE(normalised(QStringLiteral("0221 1234")), QStringLiteral("+49 (221) 1234"));
@@ -183,7 +181,6 @@ void tst_TelNrFailures::tablesAreKeptWhileTheFileStays()
     QCOMPARE(TelTablesReadCount(), reads + 1);
 
     execOnDatabase(dbPath(env), QStringLiteral("DELETE FROM T_CountryAndAreaCodes WHERE AreaCode = '221'"));
-    makeOld();
     QCOMPARE(normalised(QStringLiteral("0221 1234")), QStringLiteral("0221 1234"));
     QCOMPARE(TelTablesReadCount(), reads + 2);
 }
@@ -200,6 +197,27 @@ void tst_TelNrFailures::savedSettingAppliesAtNextCall()
     QCOMPARE(normalised(QStringLiteral("4930 1234")), QStringLiteral("0049 (30) 1234"));
     SaveSetting(QStringLiteral("BlockS1"), QStringLiteral("2"));
     QCOMPARE(FormatNumberBlocks(QStringLiteral("1234"), QStringLiteral("BlockS")), QStringLiteral("12 34"));
+}
+
+// A second Varnex or a hand edit changes the file behind the settings store
+// of this process: no write of this process tells the cache.
+void tst_TelNrFailures::settingEditedElsewhereApplies()
+{
+    TestEnvironment env(false, false);
+    CopyDefaultSettings(env);
+    QVERIFY(WriteSampleTelDb(env.folder()));
+    QCOMPARE(normalised(QStringLiteral("030 1234")), QStringLiteral("+49 (30) 1234"));
+    QFile file(env.settingsFile());
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QByteArray text = file.readAll();
+    file.close();
+    QVERIFY(text.contains("IDDPOut=+\n"));
+    text.replace("IDDPOut=+\n", "IDDPOut=00\n");
+    QSaveFile edited(env.settingsFile()); // written beside and renamed, as editors do
+    QVERIFY(edited.open(QIODevice::WriteOnly));
+    edited.write(text);
+    QVERIFY(edited.commit());
+    QTRY_COMPARE(normalised(QStringLiteral("030 1234")), QStringLiteral("0049 (30) 1234"));
 }
 
 // A rewritten file, a row changed in place by another connection (same file,
@@ -231,6 +249,7 @@ void tst_TelNrFailures::changedDatabaseIsSeen()
     QCOMPARE(normalised(QStringLiteral("040 1234")), QStringLiteral("+49 (40) 1234"));
 
     QVERIFY(QFile::remove(dbPath(env)));
+    SyncFileWatches();
     QCOMPARE(normalised(QStringLiteral("030 1234")), QString());
     QCOMPARE(boxes.count(), 1);
     QVERIFY(WriteSampleTelDb(env.folder()));
