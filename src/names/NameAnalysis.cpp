@@ -62,7 +62,7 @@ struct NameTokens {
         return i < 0 ? max + 1 : i;
     }
 
-    [[nodiscard]] bool isHerr(int i) const { return text[i].toLower() == QLatin1String("herr"); }
+    [[nodiscard]] bool isHerr(int i) const { return text[i].compare(QLatin1String("herr"), Qt::CaseInsensitive) == 0; }
 };
 
 // Company marks, compared on the padded text with case ignored. The tokens
@@ -74,24 +74,14 @@ bool isBusinessName(const QString &padded, const NameTokens &tk, const NameTable
         if (t.businessTokens.contains(token))
             return true;
     }
-    const QString text = padded.toCaseFolded();
-    if (!t.businessWordsFramed.isEmpty()) {
-        const QString framed = u' ' + text + u' ';
-        for (const QString &s : t.businessWordsFramed) {
-            if (framed.contains(s))
-                return true;
-        }
-    }
-    for (const QString &s : t.businessInStr) {
-        if (text.contains(s))
-            return true;
-    }
-    const QString tailed = text + u' ';
-    for (const QString &s : t.businessEnds) {
-        if (tailed.contains(s))
-            return true;
-    }
-    return false;
+    // One text serves all three: " text ", seen whole, without its first
+    // blank, and without both blanks.
+    QString framed;
+    framed.reserve(padded.size() + 2);
+    framed.append(u' ').append(padded.toCaseFolded()).append(u' ');
+    const QStringView view(framed);
+    return t.businessWordsFramed.foundIn(view) || t.businessInStr.foundIn(view.sliced(1, view.size() - 2))
+        || t.businessEnds.foundIn(view.sliced(1));
 }
 
 void typePunctuation(NameTokens &tk)
@@ -277,9 +267,13 @@ QString salutationFromGender(const NameTokens &tk)
     return {};
 }
 
+// Tokens hold no blanks and a part never ends in one, so joining needs no
+// trimming: the first token of a part comes without separator.
 void appendPart(QString &part, const QString &separator, const QString &token)
 {
-    part = (part + separator + token).trimmed();
+    if (!part.isEmpty())
+        part.append(separator);
+    part.append(token);
 }
 
 struct NameParts {
@@ -334,32 +328,50 @@ QString joinTitle(const NameParts &parts)
 
 QString PadNameDelimiters(const QString &text)
 {
-    // Tabs, line breaks and no-break spaces from pasted text count as blanks.
-    QString s = text;
-    for (QChar &c : s) {
-        if (c.isSpace())
-            c = u' ';
+    // One pass: white space of any kind (tabs, line breaks and no-break
+    // spaces from pasted text) is a blank, commas, semicolons (as commas),
+    // hyphens and brackets stand between blanks, the apostrophe becomes an
+    // acute accent; runs of blanks shrink to one, none at either end.
+    QString out(text.size() * 3, Qt::Uninitialized);
+    QChar *const begin = out.data();
+    QChar *p = begin;
+    const auto blank = [&] {
+        if (p != begin && p[-1] != u' ')
+            *p++ = u' ';
+    };
+    for (const QChar c : text) {
+        switch (c.unicode()) {
+        case u',':
+        case u';':
+            blank();
+            *p++ = u',';
+            *p++ = u' ';
+            break;
+        case u'-':
+        case u'(':
+        case u'[':
+        case u'{':
+        case u')':
+        case u']':
+        case u'}':
+            blank();
+            *p++ = c;
+            *p++ = u' ';
+            break;
+        case u'\'':
+            *p++ = QChar(0x00B4);
+            break;
+        default:
+            if (c.isSpace())
+                blank();
+            else
+                *p++ = c;
+        }
     }
-    s.replace(u',', QStringLiteral(" , "));
-    s.replace(u';', QStringLiteral(" , "));
-    s.replace(u'-', QStringLiteral(" - "));
-    for (const QChar c : {u'(', u'[', u'{', u')', u']', u'}'})
-        s.replace(c, QStringLiteral(" %1 ").arg(c));
-    s.replace(u'\'', QChar(0x00B4));
-    QString collapsed;
-    collapsed.reserve(s.size());
-    for (qsizetype i = 0; i < s.size(); ++i) {
-        if (s.at(i) == u' ' && i > 0 && s.at(i - 1) == u' ')
-            continue;
-        collapsed += s.at(i);
-    }
-    qsizetype start = 0;
-    qsizetype end = collapsed.size();
-    while (start < end && collapsed.at(start) == u' ')
-        ++start;
-    while (end > start && collapsed.at(end - 1) == u' ')
-        --end;
-    return collapsed.mid(start, end - start);
+    if (p != begin && p[-1] == u' ')
+        --p;
+    out.truncate(p - begin);
+    return out;
 }
 
 bool AnalyzeFullName(const QString &FullName, QString &Title, QString &FirstName, QString &MiddleName,

@@ -54,10 +54,10 @@ QSet<QString> toSet(const QStringList &values, qsizetype *longest = nullptr)
 
 bool readAll(QSqlDatabase &db, NameTables &t, NameTablesError &error)
 {
-    QStringList words, hyphens, dipl, dr, prof, addresses, suffixes, firstNames, genders;
+    QStringList words, inStr, ends, hyphens, dipl, dr, prof, addresses, suffixes, firstNames, genders;
     const bool ok = readColumn(db, QStringLiteral("T_BusinessWord"), QStringLiteral("String"), words, error)
-        && readColumn(db, QStringLiteral("T_BusinessInStr"), QStringLiteral("String"), t.businessInStr, error)
-        && readColumn(db, QStringLiteral("T_BusinessEnd"), QStringLiteral("String"), t.businessEnds, error)
+        && readColumn(db, QStringLiteral("T_BusinessInStr"), QStringLiteral("String"), inStr, error)
+        && readColumn(db, QStringLiteral("T_BusinessEnd"), QStringLiteral("String"), ends, error)
         && readColumn(db, QStringLiteral("T_Hyphens"), QStringLiteral("Hyphen"), hyphens, error)
         && readColumn(db, QStringLiteral("T_TitlesDipl"), QStringLiteral("Title"), dipl, error)
         && readColumn(db, QStringLiteral("T_TitlesDr"), QStringLiteral("Title"), dr, error)
@@ -72,10 +72,12 @@ bool readAll(QSqlDatabase &db, NameTables &t, NameTablesError &error)
         if (!s.isEmpty() && !s.contains(u' '))
             t.businessTokens.insert(s);
         else
-            t.businessWordsFramed.append(u' ' + s + u' ');
+            t.businessWordsFramed.add(u' ' + s + u' ');
     }
-    for (QString &s : t.businessEnds)
-        s += u' ';
+    for (const QString &s : std::as_const(inStr))
+        t.businessInStr.add(s);
+    for (const QString &s : std::as_const(ends))
+        t.businessEnds.add(s + u' ');
     t.hyphens = toSet(hyphens);
     t.titlesDipl = toSet(dipl, &t.longestDipl);
     t.titlesDr = toSet(dr, &t.longestDr);
@@ -91,6 +93,49 @@ bool readAll(QSqlDatabase &db, NameTables &t, NameTablesError &error)
 }
 
 } // namespace
+
+void SubstringSet::add(const QString &entry)
+{
+    ++m_size;
+    if (entry.isEmpty()) {
+        m_hasEmpty = true;
+    } else if (entry.size() == 1) {
+        if (!m_single.contains(entry.front()))
+            m_single.append(entry.front());
+    } else {
+        const quint32 key = pairKey(entry.at(0).unicode(), entry.at(1).unicode());
+        m_byPair[key].append(entry);
+        const quint32 b = bucket(key);
+        m_pairBits[b / 64] |= quint64(1) << (b % 64);
+    }
+}
+
+bool SubstringSet::foundIn(QStringView text) const
+{
+    if (m_hasEmpty)
+        return true;
+    const qsizetype n = text.size();
+    const char16_t *p = text.utf16();
+    for (qsizetype i = 0; i < n; ++i) {
+        if (!m_single.isEmpty() && m_single.contains(QChar(p[i])))
+            return true;
+        if (i + 1 >= n)
+            break;
+        const quint32 key = pairKey(p[i], p[i + 1]);
+        const quint32 b = bucket(key);
+        if (!(m_pairBits[b / 64] & (quint64(1) << (b % 64))))
+            continue;
+        const auto found = m_byPair.constFind(key);
+        if (found == m_byPair.cend())
+            continue;
+        const QStringView rest = text.sliced(i);
+        for (const QString &entry : found.value()) {
+            if (rest.startsWith(entry))
+                return true;
+        }
+    }
+    return false;
+}
 
 bool LoadNameTables(const QString &path, NameTables &tables, NameTablesError &error)
 {

@@ -1,6 +1,7 @@
 // The shipped name tables: their form, the rows the analysis relies on, and
 // a few names of German, Austrian and Swiss usage analysed with them.
 #include "names/NameCorrectionFunctions.h"
+#include "names/NameTables.h"
 #include "support/TestSupport.h"
 
 #include <QLocale>
@@ -43,6 +44,8 @@ private slots:
     void noFirstNameIsACompany();
     void realNames_data();
     void realNames();
+    void substringSetAgreesWithLiteralSearch_data();
+    void substringSetAgreesWithLiteralSearch();
 
 private:
     QStringList column(const QString &table, const QString &field);
@@ -170,6 +173,40 @@ void tst_NameTables::realNames()
     QVERIFY(AnalyzeFullName(fullName, r[0], r[1], r[2], r[3], r[4], business, true));
     QCOMPARE((QStringList{r[0], r[1], r[2], r[3], r[4]}), expected);
     QCOMPARE(business, isBusiness);
+}
+
+void tst_NameTables::substringSetAgreesWithLiteralSearch_data()
+{
+    QTest::addColumn<QStringList>("entries");
+    QTest::newRow("keine Einträge") << QStringList{};
+    QTest::newRow("ein Zeichen und mehr") << QStringList{"&", "gmbh"};
+    QTest::newRow("leerer Eintrag") << QStringList{"", "ag"};
+    QTest::newRow("gleicher Anfang") << QStringList{"gmbh & co", "gm", "gmbh ", " ag "};
+    QStringList shipped;
+    for (const char *table : {"T_BusinessInStr", "T_BusinessEnd", "T_BusinessWord"}) {
+        for (const QString &entry : column(QString::fromLatin1(table), QStringLiteral("String")))
+            shipped.append(entry.toCaseFolded());
+    }
+    QVERIFY(shipped.size() > 100);
+    QTest::newRow("ausgelieferte Firmenmerkmale") << shipped;
+}
+
+// The one-pass search finds exactly what searching each entry finds.
+void tst_NameTables::substringSetAgreesWithLiteralSearch()
+{
+    QFETCH(QStringList, entries);
+    SubstringSet set;
+    for (const QString &entry : std::as_const(entries))
+        set.add(entry);
+    QStringList texts{"", "g", "gm", "müller gmbh & co. kg", "x&y", "ag", " a g ", "hans gmbx", "GMBH", " ag "};
+    for (const QString &entry : std::as_const(entries)) {
+        texts << QStringLiteral("hans ") + entry + QStringLiteral(" meier") << entry.chopped(std::min<qsizetype>(1, entry.size()))
+              << entry.mid(1);
+    }
+    for (const QString &text : std::as_const(texts)) {
+        const bool literal = std::any_of(entries.cbegin(), entries.cend(), [&](const QString &e) { return text.contains(e); });
+        QVERIFY2(set.foundIn(text) == literal, qPrintable(text));
+    }
 }
 
 QTEST_GUILESS_MAIN(tst_NameTables)
