@@ -41,7 +41,7 @@ const QStringList &MainCommandKeys()
         QStringLiteral("Undo"),     QStringLiteral("AttUndo"),   QStringLiteral("AttMove"),
         QStringLiteral("NameCheck"), QStringLiteral("TelTest"),  QStringLiteral("QuickOption"),
         QStringLiteral("SharedOpen"), QStringLiteral("DupDel"),  QStringLiteral("DupView"),
-        QStringLiteral("DupsClose"), QStringLiteral("DupsClear"),
+        QStringLiteral("DupsClose"), QStringLiteral("DupsClear"), QStringLiteral("DavSync"),
     };
     return keys;
 }

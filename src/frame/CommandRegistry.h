@@ -28,6 +28,8 @@
 //   "TelTest"     frmTelPruef          (mnuTelTest)
 //   "QuickOption" frmQuickOptions      (mnuQuickOption)
 //   "SharedOpen"  frmSharedFolderOpen  (mnuSharedOpen; built in)
+//   "DavSync"     SyncAccounts         (mnuKontenSync, Datei -> "Konten
+//                 synchronisieren"; frame/AccountSync.h)
 // Keys of the duplicate panel frmDups:
 //   "DupDel"      RemoveMarkedItems    (cmdDupDel)
 //   "DupView"     shows the ticked item (cmdDupView)

@@ -10,6 +10,11 @@
 // Folders
 #include "folders/frmSharedFolderOpen.h"
 
+// Accounts
+#include "frame/AccountSync.h"
+#include <QInputDialog>
+#include <QLineEdit>
+
 // Telephone
 #include "telephone/ContactTelNrRun.h"
 #include "telephone/frmTelDB.h"
@@ -47,6 +52,16 @@ void RegisterMainCommands()
     RegisterCommand(QStringLiteral("SharedOpen"), [] {
         frmSharedFolderOpen dialog(MainWindow());
         dialog.exec();
+    });
+
+    // Accounts: "DavSync"
+    RegisterCommand(QStringLiteral("DavSync"), [] {
+        SyncAccounts([](const QString &prompt) -> std::optional<QString> {
+            bool ok = false;
+            const QString password = QInputDialog::getText(MainWindow(), QStringLiteral("Konten synchronisieren"), prompt,
+                                                           QLineEdit::Password, QString(), &ok);
+            return ok ? std::optional<QString>(password) : std::nullopt;
+        });
     });
 
     // Telephone: "Tel", "TelTest"; the options dialog opens the format

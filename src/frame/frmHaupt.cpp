@@ -114,6 +114,7 @@ void frmHaupt::EnableCommands(bool running)
     m_tvwOrdner->setEnabled(enabled);
     m_cmdAktualisieren->setEnabled(enabled);
     menuEntry(QStringLiteral("mnuSharedOpen"))->setEnabled(enabled);
+    menuEntry(QStringLiteral("mnuKontenSync"))->setEnabled(enabled);
 }
 
 void frmHaupt::setStatusText(const QString &text)

@@ -304,6 +304,7 @@ void frmHaupt::buildMenus()
 
     QMenu *datei = menu("mnuDatei", "&Datei");
     entry(datei, "mnuSharedOpen", "&Ordner eines anderen Benutzers öffnen...", "SharedOpen");
+    entry(datei, "mnuKontenSync", "&Konten synchronisieren", "DavSync");
     entry(datei, "mnuSep5", "", nullptr);
     connect(entry(datei, "mnuBeenden", "&Beenden", nullptr), &QAction::triggered, this, [] { EndProcess(); });
 

@@ -128,6 +128,11 @@ MAPIFolder AddStore(const QString &displayName, bool defaultFolders)
     return MAPIFolder(store, store->root());
 }
 
+QString RemoveStore(const QString &storeId)
+{
+    return session()->removeStore(storeId);
+}
+
 MAPIFolder AddAddressBookUser(const QString &name, const QStringList &aliases, const QString &address)
 {
     const std::shared_ptr<Session> s = session();

@@ -238,6 +238,24 @@ std::shared_ptr<StoreFile> Session::addStore(const QString &displayName, bool de
     return openFile(fileName);
 }
 
+QString Session::removeStore(const QString &storeId)
+{
+    const QStringList files = ownStoreFiles();
+    for (qsizetype i = 1; i < files.size(); ++i) {
+        const std::shared_ptr<StoreFile> store = openFile(files.at(i));
+        if (store->storeId() != storeId)
+            continue;
+        QSqlQuery q(db());
+        q.prepare(QStringLiteral("DELETE FROM stores WHERE file = ?"));
+        q.addBindValue(files.at(i));
+        check(q.exec(), q, m_folder);
+        m_open.remove(files.at(i));
+        return store->path();
+    }
+    throw StoreError(StoreErrNotFound, QStringLiteral("Diesen Informationsspeicher gibt es nicht, oder er ist der "
+                                                      "erste des Profils, der bleiben muss."));
+}
+
 Session::User Session::addUser(const QString &name, const QStringList &aliases, const QString &address)
 {
     if (name.trimmed().isEmpty())

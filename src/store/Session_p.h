@@ -52,6 +52,7 @@ public:
 
     // Administration (Profile.h).
     std::shared_ptr<StoreFile> addStore(const QString &displayName, bool defaultFolders);
+    QString removeStore(const QString &storeId);
     User addUser(const QString &name, const QStringList &aliases, const QString &address);
     void setAccess(const QString &userName, int folderType, bool granted);
 

@@ -106,6 +106,7 @@ void tst_frmHaupt::menuEntriesDispatchTheirKey_data()
     QTest::addColumn<QString>("caption");
     QTest::addColumn<QString>("key");
     QTest::newRow("anderer Benutzer") << "mnuSharedOpen" << "&Ordner eines anderen Benutzers öffnen..." << "SharedOpen";
+    QTest::newRow("Konten") << "mnuKontenSync" << "&Konten synchronisieren" << "DavSync";
     QTest::newRow("Duplikate") << "mnuKontaktDupLoeschen" << "&Duplikate entfernen" << "Dup";
     QTest::newRow("Ersetzen") << "mnuFindReplace" << "&Ersetzen..." << "Suc";
     QTest::newRow("Nachrichtenklasse") << "mnuFormularWechsel" << "&Nachrichtenklasse ändern..." << "For";
@@ -205,6 +206,7 @@ void tst_frmHaupt::runningDisablesCommandsButNotEndOrHelp()
     QVERIFY(!m_window->menuEntry(QStringLiteral("mnuAktion"))->isEnabled());
     QVERIFY(!m_window->menuEntry(QStringLiteral("mnuExtras"))->isEnabled());
     QVERIFY(!m_window->menuEntry(QStringLiteral("mnuSharedOpen"))->isEnabled());
+    QVERIFY(!m_window->menuEntry(QStringLiteral("mnuKontenSync"))->isEnabled());
     QVERIFY(m_window->menuEntry(QStringLiteral("mnuBeenden"))->isEnabled());
     QVERIFY(m_window->menuEntry(QStringLiteral("mnuHilfeRoot"))->isEnabled());
     QVERIFY(m_window->menuEntry(QStringLiteral("mnuDatei"))->isEnabled());

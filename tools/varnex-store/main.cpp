@@ -4,6 +4,7 @@
 // exports other programs' files (interchange/).
 #include "frame/GlobalFunctions.h"
 #include "Demo.h"
+#include "dav/DavCommand.h"
 #include "interchange/Interchange.h"
 
 #include "store/Store.h"
@@ -47,6 +48,9 @@ void usage()
              "\n"
              "Formate:\n"
           << InterchangeFormatsUsage()
+          << "\n"
+             "Konten (CardDAV/CalDAV), zweiseitiger Abgleich mit einem Informationsspeicher gleichen Namens:\n"
+          << DavUsage()
           << "\n"
              "Rückgabewert von import und export: 0 alles übernommen, 3 Einträge übersprungen\n"
              "(im Bericht mit Datei, Zeile und Grund), 1 abgebrochen, 2 falscher Aufruf.\n"
@@ -167,6 +171,8 @@ int main(int argc, char *argv[])
         args.remove(profileAt, 2);
     }
     const QString command = args.value(0);
+    if (command == u"dav")
+        return RunDavCommand(args.mid(1), out(), err());
     const bool interchange = command == u"import" || command == u"export";
     const bool fits = interchange ? (args.size() == 3 || args.size() == 4) : args.size() == 1;
     if (!fits || command == u"--help" || command == u"help") {
