@@ -1,6 +1,7 @@
 // Profile folders: where they are, creating them, and the administration of
 // stores and the address book.
 #include "store/Profile.h"
+#include "store/RemoveStore.h"
 
 #include "store/MAPIFolder.h"
 #include "store/Session_p.h"

@@ -32,10 +32,6 @@ void CreateProfile(const QString &folder = ProfileFolder());
 // Adds a store to the current profile and returns its root. With
 // defaultFolders the store gets the default folders, else it is empty.
 MAPIFolder AddStore(const QString &displayName, bool defaultFolders = false);
-// Takes a store (by StoreID) out of the current profile; its file stays in
-// the profile folder, and its path is returned. The first store of the
-// profile cannot be taken out (StoreError).
-QString RemoveStore(const QString &storeId);
 
 // Adds a user to the address book of the current profile, with a mailbox
 // store of the default folders, and returns the mailbox's root as its owner

@@ -3,6 +3,8 @@
 #include "DavDiscovery.h"
 #include "DavMapping.h"
 
+#include "store/RemoveStore.h"
+
 #include <QRegularExpression>
 #include <QSet>
 #include <QUuid>
