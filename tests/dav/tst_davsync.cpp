@@ -4,6 +4,8 @@
 #include "support/RadicaleServer.h"
 #include "support/TestSupport.h"
 
+#include "frame/AccountSync.h"
+
 #include "dav/DavCommand.h"
 #include "dav/DavDiscovery.h"
 #include "dav/DavSync.h"
@@ -432,6 +434,39 @@ private slots:
         QCOMPARE(code, 1);
         QVERIFY2(errText.contains(message), qPrintable(errText));
         QVERIFY(Application().GetNamespace().Folders().Find(s_account).isNull());
+    }
+
+    void windowSyncAsksForThePassword_data()
+    {
+        QTest::addColumn<QString>("answer"); // "-": the user cancels
+        QTest::addColumn<QString>("title");
+        QTest::addColumn<QString>("report");
+        QTest::addColumn<int>("pulled");
+        QTest::newRow("richtiges Passwort") << RadicaleServer::password() << "Info!" << "vom Server 1 neu" << 1;
+        QTest::newRow("falsches Passwort") << "falsch" << "Fehler!" << "Passwort ist falsch" << 0;
+        QTest::newRow("abgebrochen") << "-" << "Fehler!" << "Der Abgleich wurde abgebrochen." << 0;
+    }
+
+    void windowSyncAsksForThePassword()
+    {
+        QFETCH(QString, answer);
+        QFETCH(QString, title);
+        QFETCH(QString, report);
+        QFETCH(int, pulled);
+        m_server.put(href(m_book, true, QStringLiteral("a")), card(QStringLiteral("a"), QStringLiteral("Alt")));
+        addAccount();
+        MessageRecorder boxes;
+        QStringList prompts;
+        const AccountSyncResult result = SyncAccounts([&](const QString &prompt) -> std::optional<QString> {
+            prompts << prompt;
+            return answer == u"-" ? std::nullopt : std::optional<QString>(answer);
+        });
+        QCOMPARE(prompts, QStringList{QStringLiteral("Passwort für das Konto \"Server\" (Benutzer %1):").arg(m_server.user())});
+        QCOMPARE(boxes.count(), 1);
+        QCOMPARE(boxes.last().title, title);
+        QVERIFY2(boxes.last().prompt.contains(report), qPrintable(boxes.last().prompt));
+        QCOMPARE(result.exitCode, pulled ? 0 : 1);
+        QCOMPARE(localFolder(true).Items().Count(), pulled);
     }
 
     void httpOnlyToThisMachine_data()
