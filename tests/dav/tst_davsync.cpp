@@ -14,6 +14,8 @@
 #include <QCoreApplication>
 #include <QProcess>
 #include <QSet>
+#include <QSqlDatabase>
+#include <QSqlQuery>
 #include <QtTest>
 
 namespace {
@@ -178,13 +180,17 @@ private slots:
         QTest::addColumn<bool>("book");
         QTest::addColumn<QString>("change");
         QTest::addColumn<QStringList>("local");
+        QTest::addColumn<bool>("etagsOnly"); // as with a server without sync tokens
         for (bool book : {true, false}) {
             const char *kind = book ? "Kontakt" : "Termin";
-            QTest::addRow("%s: nichts geändert", kind) << book << QString() << QStringList{"Alt", "Bleibt"};
-            QTest::addRow("%s neu", kind) << book << "neu" << QStringList{"Alt", "Bleibt", "Neu"};
-            QTest::addRow("%s geändert", kind) << book << "geändert" << QStringList{"Bleibt", "Geändert"};
-            QTest::addRow("%s gelöscht", kind) << book << "gelöscht" << QStringList{"Bleibt"};
+            QTest::addRow("%s: nichts geändert", kind) << book << QString() << QStringList{"Alt", "Bleibt"} << false;
+            QTest::addRow("%s neu", kind) << book << "neu" << QStringList{"Alt", "Bleibt", "Neu"} << false;
+            QTest::addRow("%s geändert", kind) << book << "geändert" << QStringList{"Bleibt", "Geändert"} << false;
+            QTest::addRow("%s gelöscht", kind) << book << "gelöscht" << QStringList{"Bleibt"} << false;
         }
+        QTest::newRow("Kontakt neu, nur ETags") << true << "neu" << QStringList{"Alt", "Bleibt", "Neu"} << true;
+        QTest::newRow("Kontakt geändert, nur ETags") << true << "geändert" << QStringList{"Bleibt", "Geändert"} << true;
+        QTest::newRow("Kontakt gelöscht, nur ETags") << true << "gelöscht" << QStringList{"Bleibt"} << true;
     }
 
     void serverChangesArePulled()
@@ -192,7 +198,17 @@ private slots:
         QFETCH(bool, book);
         QFETCH(QString, change);
         QFETCH(QStringList, local);
+        QFETCH(bool, etagsOnly);
         pullTwo(book);
+        if (etagsOnly) {
+            QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("nur-etags"));
+            db.setDatabaseName(QDir(ProfileFolder()).filePath(QStringLiteral("Konten.vxdav")));
+            QVERIFY(db.open());
+            QVERIFY(QSqlQuery(db).exec(QStringLiteral("UPDATE collection SET sync_collection = 0, sync_token = ''")));
+            db.close();
+            db = QSqlDatabase();
+            QSqlDatabase::removeDatabase(QStringLiteral("nur-etags"));
+        }
         const QString entryIdOfA = itemOf(localFolder(book), book, QStringLiteral("Alt")).EntryID();
         if (change == u"neu")
             m_server.put(href(collection(book), book, QStringLiteral("n")), text(book, QStringLiteral("n"), QStringLiteral("Neu")));
@@ -340,6 +356,33 @@ private slots:
         QVERIFY2(now.contains(book ? "N:Geändert;" : "SUMMARY:Geändert"), now.constData());
         for (const QByteArray &line : kept)
             QVERIFY2(now.contains(line), (line + " fehlt in\n" + now).constData());
+    }
+
+    void seriesStaysOneResource()
+    {
+        const QString h = href(m_calendar, false, QStringLiteral("serie"));
+        m_server.put(h, "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:-//Test//DE\r\n"
+                        "BEGIN:VEVENT\r\nUID:serie\r\nDTSTAMP:20260101T000000Z\r\nDTSTART:20260302T090000Z\r\n"
+                        "DTEND:20260302T100000Z\r\nRRULE:FREQ=WEEKLY;COUNT=5\r\nSUMMARY:Runde\r\nEND:VEVENT\r\n"
+                        "BEGIN:VEVENT\r\nUID:serie\r\nDTSTAMP:20260101T000000Z\r\nRECURRENCE-ID:20260309T090000Z\r\n"
+                        "DTSTART:20260309T110000Z\r\nDTEND:20260309T120000Z\r\nSUMMARY:Runde verschoben\r\n"
+                        "END:VEVENT\r\nEND:VCALENDAR\r\n");
+        addAccount();
+        QCOMPARE(sync().pulledNew, 1);
+        const MAPIFolder local = localFolder(false);
+        QCOMPARE(titles(local), (QStringList{"Runde", "Runde verschoben"}));
+        Item master = itemOf(local, false, QStringLiteral("Runde"));
+        master.setSubject(QStringLiteral("Runde neu"));
+        master.Save();
+        QCOMPARE(sync().pushedChanged, 1);
+        const QByteArray now = m_server.get(h);
+        QCOMPARE(now.count("BEGIN:VEVENT"), 2);
+        QVERIFY2(now.contains("SUMMARY:Runde neu") && now.contains("SUMMARY:Runde verschoben") &&
+                     now.contains("RECURRENCE-ID") && now.contains("RRULE:FREQ=WEEKLY;COUNT=5"),
+                 now.constData());
+        m_server.remove(h);
+        QCOMPARE(sync().pulledDeleted, 1);
+        QCOMPARE(local.Items().Count(), 0);
     }
 
     void interruptedSyncResumes_data()
