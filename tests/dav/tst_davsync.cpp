@@ -455,6 +455,7 @@ private slots:
         QTest::addColumn<QString>("message");
         QTest::newRow("falsches Passwort") << QString() << "falsch" << "Benutzername oder Passwort ist falsch";
         QTest::newRow("unbekannte Adresse") << "/%1/gibtsnicht/" << QString() << "kennt die Adresse nicht";
+        QTest::newRow("TLS mit fremdem Zertifikat") << "tls" << QString() << "Die sichere Verbindung (TLS) zu 127.0.0.1";
         QTest::newRow("kein Server am Port") << "http://127.0.0.1:1/" << QString() << "Keine Verbindung zum Server";
         QTest::newRow("http zu einem anderen Rechner") << "http://192.0.2.7/dav/" << QString() << "nur zu diesem Rechner erlaubt";
         QTest::newRow("keine Adresse") << "ftp://127.0.0.1/" << QString() << "keine Adresse eines Servers";
@@ -466,6 +467,12 @@ private slots:
         QFETCH(QString, password);
         QFETCH(QString, message);
         qputenv("VARNEX_DAV_PASSWORD", (password.isEmpty() ? m_server.password() : password).toUtf8());
+        RadicaleServer tlsServer;
+        if (url == u"tls") {
+            QString error;
+            QVERIFY2(tlsServer.start(&error, true), qPrintable(error));
+            url = tlsServer.url().toString();
+        }
         const QString address = url.startsWith(u'/') || url.isEmpty()
                                     ? m_server.url().resolved(QUrl(url.contains(u'%') ? url.arg(m_server.user()) : url)).toString()
                                     : url;

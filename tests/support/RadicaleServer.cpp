@@ -9,6 +9,9 @@
 #include <QTcpSocket>
 #include <QThread>
 
+#include <csignal>
+#include <sys/prctl.h>
+
 namespace {
 
 int freePort()
@@ -34,8 +37,24 @@ RadicaleServer::~RadicaleServer()
     stop();
 }
 
-bool RadicaleServer::start(QString *error)
+bool RadicaleServer::start(QString *error, bool tls)
 {
+    m_tls = tls;
+    QString tlsConfig;
+    if (tls) {
+        const QString cert = m_dir.filePath(QStringLiteral("cert.pem")), key = m_dir.filePath(QStringLiteral("key.pem"));
+        const int made = QProcess::execute(QStringLiteral("openssl"),
+                                           {QStringLiteral("req"), QStringLiteral("-x509"), QStringLiteral("-newkey"),
+                                            QStringLiteral("rsa:2048"), QStringLiteral("-nodes"), QStringLiteral("-keyout"), key,
+                                            QStringLiteral("-out"), cert, QStringLiteral("-days"), QStringLiteral("2"),
+                                            QStringLiteral("-subj"), QStringLiteral("/CN=127.0.0.1")});
+        if (made != 0) {
+            if (error)
+                *error = QStringLiteral("openssl kann kein Zertifikat anlegen");
+            return false;
+        }
+        tlsConfig = QStringLiteral("ssl = True\ncertificate = %1\nkey = %2\n").arg(cert, key);
+    }
     const QString program = QStandardPaths::findExecutable(QStringLiteral("radicale"));
     if (program.isEmpty()) {
         if (error)
@@ -47,17 +66,19 @@ bool RadicaleServer::start(QString *error)
     const QString config = m_dir.filePath(QStringLiteral("config"));
     if (!QFile::exists(m_dir.filePath(QStringLiteral("users"))))
         writeFile(m_dir.filePath(QStringLiteral("users")), (user() + u':' + password() + u'\n').toUtf8());
-    writeFile(config, QStringLiteral("[server]\nhosts = 127.0.0.1:%1\n"
+    writeFile(config, QStringLiteral("[server]\n%4hosts = 127.0.0.1:%1\n"
                                      "[auth]\ntype = htpasswd\nhtpasswd_filename = %2\nhtpasswd_encryption = plain\n"
                                      "delay = 0\n"
                                      "[storage]\nfilesystem_folder = %3\n"
                                      "[rights]\ntype = owner_only\n[logging]\nlevel = warning\n")
                           .arg(m_port)
-                          .arg(m_dir.filePath(QStringLiteral("users")), m_dir.filePath(QStringLiteral("storage")))
+                          .arg(m_dir.filePath(QStringLiteral("users")), m_dir.filePath(QStringLiteral("storage")), tlsConfig)
                           .toUtf8());
     m_process.setProgram(program);
     m_process.setArguments({QStringLiteral("--config"), config});
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    // A test that crashes takes its server along.
+    m_process.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGTERM); });
     m_process.start();
     if (!m_process.waitForStarted(10000)) {
         if (error)
@@ -105,7 +126,7 @@ bool RadicaleServer::running() const
 
 QUrl RadicaleServer::url() const
 {
-    return QUrl(QStringLiteral("http://127.0.0.1:%1/").arg(m_port));
+    return QUrl(QStringLiteral("%1://127.0.0.1:%2/").arg(m_tls ? QStringLiteral("https") : QStringLiteral("http")).arg(m_port));
 }
 
 DavClient &RadicaleServer::client()

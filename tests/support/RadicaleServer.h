@@ -23,8 +23,10 @@ public:
     RadicaleServer &operator=(const RadicaleServer &) = delete;
 
     // Starts the server and waits until it answers; false (with the
-    // reason) when radicale is missing or does not come up.
-    bool start(QString *error = nullptr);
+    // reason) when radicale is missing or does not come up. With tls the
+    // server speaks https with a self-signed certificate made by openssl,
+    // which no client trusts.
+    bool start(QString *error = nullptr, bool tls = false);
     void stop();
     [[nodiscard]] bool running() const;
 
@@ -52,6 +54,7 @@ private:
     QTemporaryDir m_dir;
     int m_port = 0;
     int m_users = 0;
+    bool m_tls = false;
     QString m_user = QStringLiteral("anna");
     QProcess m_process;
     std::unique_ptr<DavClient> m_client;
