@@ -157,16 +157,20 @@ private slots:
         QTest::addColumn<QString>("path");
         QTest::addColumn<QStringList>("folders");
         const QStringList all = {QStringLiteral("Aufgaben [IPF.Task]"), QStringLiteral("Kalender (Aufgaben) [IPF.Task]"),
-                                 QStringLiteral("Kalender [IPF.Appointment]"), QStringLiteral("Kontakte [IPF.Contact]")};
+                                 QStringLiteral("Kalender [IPF.Appointment]"), QStringLiteral("Kontakte [IPF.Contact]"),
+                                 QStringLiteral("privat [IPF.Contact]")};
         QTest::newRow("Wurzel des Servers (well-known)") << QString() << all;
         QTest::newRow("Principal des Benutzers") << QStringLiteral("/%1/") << all;
         QTest::newRow("ein Adressbuch selbst") << QStringLiteral("/%1/Kontakte/") << QStringList{QStringLiteral("Kontakte [IPF.Contact]")};
+        QTest::newRow("ein Adressbuch ohne Anzeigenamen") << QStringLiteral("/%1/privat/")
+                                                         << QStringList{QStringLiteral("privat [IPF.Contact]")};
     }
 
     void discovery()
     {
         QFETCH(QString, path);
         QFETCH(QStringList, folders);
+        m_server.makeAddressBook(QStringLiteral("privat"), false);
         addAccount(path.contains(u'%') ? path.arg(m_server.user()) : path);
         QStringList found;
         for (const MAPIFolder &f : Application().GetNamespace().Folders().Item(s_account).Folders())

@@ -136,13 +136,14 @@ DavClient &RadicaleServer::client()
     return *m_client;
 }
 
-QString RadicaleServer::makeAddressBook(const QString &name)
+QString RadicaleServer::makeAddressBook(const QString &name, bool displayName)
 {
     const QString href = QStringLiteral("/%1/%2/").arg(user(), name);
     client().request("MKCOL", client().resolve(href),
-                     "<?xml version=\"1.0\"?><d:mkcol xmlns:d=\"DAV:\" xmlns:card=\"urn:ietf:params:xml:ns:carddav\">"
-                     "<d:set><d:prop><d:resourcetype><d:collection/><card:addressbook/></d:resourcetype>"
-                     "<d:displayname>" + name.toUtf8() + "</d:displayname></d:prop></d:set></d:mkcol>");
+                     QByteArray("<?xml version=\"1.0\"?><d:mkcol xmlns:d=\"DAV:\" xmlns:card=\"urn:ietf:params:xml:ns:carddav\">"
+                     "<d:set><d:prop><d:resourcetype><d:collection/><card:addressbook/></d:resourcetype>") +
+                         (displayName ? "<d:displayname>" + name.toUtf8() + "</d:displayname>" : QByteArray()) +
+                         "</d:prop></d:set></d:mkcol>");
     return href;
 }
 

@@ -39,7 +39,8 @@ public:
     // A client of the server acting as another program of the user.
     [[nodiscard]] DavClient &client();
     // Creates a collection below the user's home (MKCOL); returns its href.
-    QString makeAddressBook(const QString &name);
+    // Without displayName the server shows its path as the name.
+    QString makeAddressBook(const QString &name, bool displayName = true);
     // components: "VEVENT", "VTODO" ...; none means the server's default.
     QString makeCalendar(const QString &name, const QStringList &components = {});
     // Writes a resource as another client would (no condition); its ETag.

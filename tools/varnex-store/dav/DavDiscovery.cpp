@@ -14,7 +14,8 @@ std::optional<DavCollectionInfo> collectionOf(const DavEntry &entry)
     DavCollectionInfo info;
     info.href = entry.href.endsWith(u'/') ? entry.href : entry.href + u'/';
     info.name = entry.props.value(QStringLiteral("displayname")).text.trimmed();
-    if (info.name.isEmpty())
+    // Without a name of its own some servers give the path ("anna/kontakte").
+    if (info.name.isEmpty() || info.name.contains(u'/'))
         info.name = info.href.section(u'/', -2, -2);
     info.addressBook = book;
     if (!book) {
