@@ -3,6 +3,7 @@
 // written whole or not at all; the report in German.
 #include "interchange/ContentLine.h"
 #include "interchange/Interchange.h"
+#include "interchange/VCardFormat.h"
 #include "store/StoreTestProfile.h"
 
 #include <QFile>
@@ -26,6 +27,8 @@ private slots:
     void extensionValuesRoundTrip();
     void commandExitCodes_data();
     void commandExitCodes();
+    void secondImportUpdatesByUid_data();
+    void secondImportUpdatesByUid();
 };
 
 namespace {
@@ -213,6 +216,96 @@ void tst_InterchangeFramework::commandExitCodes()
     out.flush();
     err.flush();
     QVERIFY2((outText + errText).contains(textPart), qPrintable(outText + errText));
+}
+
+void tst_InterchangeFramework::secondImportUpdatesByUid_data()
+{
+    QTest::addColumn<QString>("format");
+    QTest::addColumn<int>("folderType");
+    QTest::addColumn<QByteArray>("first");
+    QTest::addColumn<QByteArray>("second"); // "" imports Varnex's own export of the folder
+    QTest::addColumn<bool>("updateByUid");
+    QTest::addColumn<int>("items");     // in the folder after the second import
+    QTest::addColumn<QStringList>("subjects"); // Subject (FileAs of contacts) after it, sorted
+    const QByteArray card = "BEGIN:VCARD\r\nVERSION:3.0\r\nUID:kunde-7\r\nN:Berg;Anna;;;\r\nTEL;TYPE=WORK:0221 1\r\n"
+                            "X-VX-USER:Kundennummer;1;7\r\nEND:VCARD\r\n";
+    QByteArray renamed = card;
+    renamed.replace("N:Berg;Anna", "N:Berg-Weiß;Anna").replace("TEL;TYPE=WORK:0221 1\r\n", "");
+    QTest::newRow("vCard mit derselben UID") << "vcard" << int(olFolderContacts) << card << renamed << true << 1
+                                             << QStringList{"Berg-Weiß, Anna"};
+    QTest::newRow("vCard, jeder Eintrag neu") << "vcard" << int(olFolderContacts) << card << renamed << false << 2
+                                              << QStringList{"Berg, Anna", "Berg-Weiß, Anna"};
+    QTest::newRow("eigener vCard-Export zurück") << "vcard" << int(olFolderContacts) << card << QByteArray() << true << 1
+                                                 << QStringList{"Berg, Anna"};
+    auto calendar = [](const QByteArray &seriesSubject, const QByteArray &exceptionSubject) {
+        return "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nBEGIN:VEVENT\r\nUID:serie-1\r\nDTSTART:20240108T080000Z\r\n"
+               "DTEND:20240108T090000Z\r\nRRULE:FREQ=WEEKLY;COUNT=5\r\nSUMMARY:" + seriesSubject + "\r\n"
+               "CREATED:20231201T100000Z\r\nEND:VEVENT\r\nBEGIN:VEVENT\r\nUID:serie-1\r\n"
+               "RECURRENCE-ID:20240115T080000Z\r\nDTSTART:20240115T130000Z\r\nDTEND:20240115T140000Z\r\n"
+               "SUMMARY:" + exceptionSubject + "\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n";
+    };
+    QTest::newRow("Serie und Ausnahme mit derselben UID")
+        << "ical" << int(olFolderCalendar) << calendar("Jour fixe", "verschoben") << calendar("Jour fixe neu", "abgesagt")
+        << true << 2 << QStringList{"Jour fixe neu", "abgesagt"};
+    QTest::newRow("iCalendar, jeder Eintrag neu")
+        << "ical" << int(olFolderCalendar) << calendar("Jour fixe", "verschoben") << calendar("Jour fixe neu", "abgesagt")
+        << false << 4 << QStringList{"Jour fixe", "Jour fixe neu", "abgesagt", "verschoben"};
+    QTest::newRow("eigener iCalendar-Export zurück") << "ical" << int(olFolderCalendar) << calendar("Jour fixe", "verschoben")
+                                                     << QByteArray() << true << 2 << QStringList{"Jour fixe", "verschoben"};
+}
+
+void tst_InterchangeFramework::secondImportUpdatesByUid()
+{
+    QFETCH(QString, format);
+    QFETCH(int, folderType);
+    QFETCH(QByteArray, first);
+    QFETCH(QByteArray, second);
+    QFETCH(bool, updateByUid);
+    QFETCH(int, items);
+    QFETCH(QStringList, subjects);
+    TempProfile profile;
+    const QString suffix = format == u"vcard" ? QStringLiteral(".vcf") : QStringLiteral(".ics");
+    const QString firstPath = WriteTestFile(profile.scratch(u"erste" + suffix), first);
+    InterchangeReport firstRun;
+    const MAPIFolder folder = ImportInto(format, firstPath, QStringLiteral("Ziel"), firstRun, folderType);
+    QCOMPARE(firstRun.imported, first.count("UID:"));
+    QMap<QString, QString> idsBefore; // EntryID -> creation time
+    for (const Item &item : folder.Items())
+        idsBefore.insert(item.EntryID(), item.text(QStringLiteral("CreationTime")));
+    QString secondPath = profile.scratch(u"zweite" + suffix);
+    if (second.isEmpty()) { // the export writes the kept UIDs and the EntryIDs of items without one
+        InterchangeReport out;
+        UserProperty uid = folder.Items().Item(1).UserProperties().Find(QLatin1String(UidProperty));
+        uid.Delete();
+        folder.Items().Item(1).Save();
+        FindInterchangeFormat(format)->exporter(folder, secondPath, out);
+    } else {
+        WriteTestFile(secondPath, second);
+    }
+    InterchangeReport secondRun;
+    secondRun.updateByUid = updateByUid;
+    FindInterchangeFormat(format)->importer(secondPath, folder, secondRun);
+    QCOMPARE(secondRun.skipped, QStringList());
+    QCOMPARE(folder.Items().Count(), items);
+    const int updated = updateByUid ? secondRun.read : 0;
+    QCOMPARE(secondRun.updated, updated);
+    QCOMPARE(secondRun.imported, secondRun.read - updated);
+    QCOMPARE(secondRun.summary(true).contains(u"mit derselben UID aktualisiert"), updated > 0);
+    QStringList now;
+    for (const Item &item : folder.Items()) {
+        now << item.text(folderType == olFolderContacts ? QStringLiteral("FileAs") : QStringLiteral("Subject"));
+        if (!updateByUid)
+            continue;
+        // Updated in place: the same item, its creation time, its own user properties, nothing left of the old entry.
+        QVERIFY(idsBefore.contains(item.EntryID()));
+        QCOMPARE(item.text(QStringLiteral("CreationTime")), idsBefore.value(item.EntryID()));
+        if (folderType == olFolderContacts) {
+            QCOMPARE(UserText(item, QStringLiteral("Kundennummer")), QStringLiteral("7"));
+            QCOMPARE(item.text(QStringLiteral("BusinessTelephoneNumber")), second.isEmpty() ? "0221 1" : "");
+        }
+    }
+    now.sort();
+    QCOMPARE(now, subjects);
 }
 
 QTEST_GUILESS_MAIN(tst_InterchangeFramework)

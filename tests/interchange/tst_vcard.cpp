@@ -141,7 +141,23 @@ void tst_VCard::cardsFromElsewhere_data()
     QTest::newRow("Firma ohne Personennamen")
         << QByteArray("BEGIN:VCARD\r\nVERSION:4.0\r\nKIND:org\r\nFN:Stadtwerke Bonn\r\nORG:Stadtwerke Bonn;Kundendienst\r\n"
                       "END:VCARD\r\n")
-        << QStringList{"FullName=", "LastName=", "CompanyName=Stadtwerke Bonn", "Department=Kundendienst"};
+        << QStringList{"FullName=", "LastName=", "CompanyName=Stadtwerke Bonn", "Department=Kundendienst",
+                       "FileAs=Stadtwerke Bonn"};
+    QTest::newRow("N gibt die Teile, FN nur wo es dieselben ergibt (RFC 2426)")
+        << QByteArray("BEGIN:VCARD\r\nVERSION:3.0\r\nN:Public;John;Quinlan;Mr.;Esq.\r\nFN:Mr. John Q. Public\\, Esq.\r\n"
+                      "END:VCARD\r\n")
+        << QStringList{"LastName=Public", "FirstName=John", "MiddleName=Quinlan", "Title=Mr.", "Suffix=Esq.",
+                       "FullName=Mr. John Quinlan Public Esq.", "FileAs=Public, John"};
+    QTest::newRow("kurzes FN neben vollem N")
+        << QByteArray("BEGIN:VCARD\r\nVERSION:3.0\r\nN:Friedman;Nat;D;Mr.\r\nFN:Nat\r\nEND:VCARD\r\n")
+        << QStringList{"LastName=Friedman", "FirstName=Nat", "MiddleName=D", "Title=Mr.", "FileAs=Friedman, Nat"};
+    QTest::newRow("FN mit Komma, das dieselben Teile ergibt, bleibt")
+        << QByteArray("BEGIN:VCARD\r\nVERSION:3.0\r\nN:Weiß;Jürgen;;;\r\nFN:Weiß\\, Jürgen\r\nTEL:1\r\nBAD LINE\r\n"
+                      "END:VCARD\r\n")
+        << QStringList{"FullName=Weiß, Jürgen", "LastName=Weiß", "FileAs=Weiß, Jürgen", "OtherTelephoneNumber=1"};
+    QTest::newRow("Speichern unter der Karte bleibt")
+        << QByteArray("BEGIN:VCARD\r\nVERSION:3.0\r\nN:Weiß;Jürgen;;;\r\nX-VX-FILEAS:Jürgen (Vereinskasse)\r\nEND:VCARD\r\n")
+        << QStringList{"FileAs=Jürgen (Vereinskasse)"};
     QTest::newRow("Datum mit Zeitzone UTC und Jahrestag 4.0")
         << QByteArray("BEGIN:VCARD\r\nVERSION:4.0\r\nFN:A B\r\nBDAY:19800229\r\nANNIVERSARY:20100605T120000Z\r\n"
                       "END:VCARD\r\n")
@@ -180,8 +196,8 @@ void tst_VCard::damagedInput_data()
         << "BEGIN:VCARD\r\nFN:Ohne Ende\r\n" + good << 2 << 1
         << QStringList{"Zeile 1: BEGIN:VCARD ohne END:VCARD"};
     QTest::newRow("Müll zwischen den Karten") << good + "Hallo\r\n\x01\x02\xff\r\n" + good << 2 << 2 << QStringList{};
-    QTest::newRow("Zeile ohne Doppelpunkt") << "BEGIN:VCARD\r\nFN:Anna\r\nKaputt\r\nEND:VCARD\r\n" + good << 2 << 1
-                                            << QStringList{"Zeile 1: Zeile 3 ist keine gültige Zeile"};
+    QTest::newRow("Zeile ohne Doppelpunkt kostet nur sich")
+        << "BEGIN:VCARD\r\nFN:Anna\r\nKaputt\r\nEND:VCARD\r\n" + good << 2 << 2 << QStringList{};
     QTest::newRow("leere Karte") << QByteArray("BEGIN:VCARD\r\nVERSION:3.0\r\nEND:VCARD\r\n") + good << 2 << 1
                                  << QStringList{"Zeile 1: Die Karte enthält nichts."};
     QTest::newRow("keine vCard") << QByteArray("\x89PNG\r\n\x1a\n\0\0\0", 11) << 0 << 0

@@ -30,7 +30,7 @@ QTextStream &err()
 void usage()
 {
     err() << "Aufruf: varnex-store [--profile ORDNER] BEFEHL\n"
-             "        varnex-store [--profile ORDNER] import FORMAT DATEI|ORDNER [SPEICHERORDNER]\n"
+             "        varnex-store [--profile ORDNER] import [--immer-neu] FORMAT DATEI|ORDNER [SPEICHERORDNER]\n"
              "        varnex-store [--profile ORDNER] export FORMAT DATEI|ORDNER [SPEICHERORDNER]\n"
              "\n"
              "Befehle:\n"
@@ -39,7 +39,9 @@ void usage()
              "  list     zeigt Informationsspeicher, Ordner, Anzahl der Elemente und das Adressbuch\n"
              "  demo     füllt ein neues oder leeres Profil mit deutschen Beispieldaten\n"
              "  import   liest die Datei (oder alle passenden Dateien des Ordners) in den\n"
-             "           Speicherordner; fehlende Ordner werden angelegt\n"
+             "           Speicherordner; fehlende Ordner werden angelegt. Ein Eintrag, dessen UID\n"
+             "           ein Element des Ordners schon trägt, aktualisiert dieses Element\n"
+             "           (mit --immer-neu wird jeder Eintrag ein neues Element)\n"
              "  export   schreibt die Elemente des Speicherordners in die Datei, oder eine\n"
              "           Datei je Element, wenn ein Ordner (oder ein Pfad mit / am Ende) genannt ist\n"
              "\n"
@@ -170,6 +172,7 @@ int main(int argc, char *argv[])
         SetProfileFolder(args.at(profileAt + 1));
         args.remove(profileAt, 2);
     }
+    const bool alwaysNew = args.removeAll(QStringLiteral("--immer-neu")) > 0;
     const QString command = args.value(0);
     if (command == u"dav")
         return RunDavCommand(args.mid(1), out(), err());
@@ -181,7 +184,8 @@ int main(int argc, char *argv[])
     }
     try {
         if (interchange)
-            return RunInterchangeCommand(command, args.at(1), args.at(2), args.value(3), out(), err());
+            return RunInterchangeCommand(command, args.at(1), args.at(2), args.value(3), out(), err(),
+                                         !alwaysNew);
         return run(command);
     } catch (const StoreError &e) {
         err() << "Fehler: " << e.description() << " (" << e.number() << ")\n";

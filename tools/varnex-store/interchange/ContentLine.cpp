@@ -166,7 +166,7 @@ QList<ContentBlock> ReadContentBlocks(const QByteArray &data, const QString &blo
         if (head == begin) {
             if (open)
                 blocks.last().damage = QStringLiteral("%1 ohne %2").arg(begin, end);
-            blocks.append(ContentBlock{{}, number, {}});
+            blocks.append(ContentBlock{{}, number, {}, {}});
             open = true;
             continue;
         }
@@ -183,8 +183,7 @@ QList<ContentBlock> ReadContentBlocks(const QByteArray &data, const QString &blo
             continue;
         ContentLine line;
         if (!parseLine(raw, number, line)) {
-            if (blocks.last().damage.isEmpty())
-                blocks.last().damage = QStringLiteral("Zeile %1 ist keine gültige Zeile (Doppelpunkt fehlt)").arg(number);
+            blocks.last().badLines.append(number);
             continue;
         }
         blocks.last().lines.append(line);

@@ -29,6 +29,7 @@ struct ContentBlock {
     QList<ContentLine> lines;
     int firstLine = 0;
     QString damage; // why the block cannot be used; empty when it can
+    QList<int> badLines; // lines without a colon, passed over
 };
 
 // A logical line of a content file: its folded lines joined (also quoted-
@@ -45,8 +46,8 @@ struct LogicalLine {
 // Splits a vCard file into its cards. Lines are unfolded (also quoted-
 // printable soft breaks) and decoded one by one: UTF-8 when they are valid
 // UTF-8, else Windows-1252/Latin-1, so that an old export in a Western code
-// page keeps its umlauts. A card without END, a line outside any card and a
-// line without a colon make the block damaged, never the whole file. Lines
+// page keeps its umlauts. A card without END makes the block damaged, never
+// the whole file; a line without a colon is passed over (badLines). Lines
 // with text outside any block are passed over; strayLines gets their numbers.
 QList<ContentBlock> ReadContentBlocks(const QByteArray &data, const QString &blockName,
                                       QList<int> *strayLines = nullptr);

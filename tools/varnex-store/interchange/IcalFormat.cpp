@@ -75,18 +75,24 @@ CalendarFile splitCalendar(const QByteArray &data)
     return file;
 }
 
-// The first parse error libical left in the component, "" when none.
-QString parseError(icalcomponent *component)
+// The lines libical could not read (it leaves X-LIC-ERROR in their place),
+// taken out of the component and its alarms; each costs only itself.
+QStringList takeParseErrors(icalcomponent *component)
 {
-    icalproperty *error = icalcomponent_get_first_property(component, ICAL_XLICERROR_PROPERTY);
-    if (!error) {
-        for (icalcomponent *sub = icalcomponent_get_first_component(component, ICAL_ANY_COMPONENT); sub;
-             sub = icalcomponent_get_next_component(component, ICAL_ANY_COMPONENT))
-            if (icalcomponent_get_first_property(sub, ICAL_XLICERROR_PROPERTY))
-                return parseError(sub);
-        return {};
+    QStringList errors;
+    QList<icalproperty *> found;
+    for (icalproperty *p = icalcomponent_get_first_property(component, ICAL_XLICERROR_PROPERTY); p;
+         p = icalcomponent_get_next_property(component, ICAL_XLICERROR_PROPERTY))
+        found << p;
+    for (icalproperty *p : std::as_const(found)) {
+        errors << QString::fromUtf8(icalproperty_get_xlicerror(p));
+        icalcomponent_remove_property(component, p);
+        icalproperty_free(p);
     }
-    return QString::fromUtf8(icalproperty_get_xlicerror(error));
+    for (icalcomponent *sub = icalcomponent_get_first_component(component, ICAL_ANY_COMPONENT); sub;
+         sub = icalcomponent_get_next_component(component, ICAL_ANY_COMPONENT))
+        errors << takeParseErrors(sub);
+    return errors;
 }
 
 CalendarTargets targetsFor(const MAPIFolder &target)
@@ -104,7 +110,7 @@ CalendarTargets targetsFor(const MAPIFolder &target)
 }
 
 void importCalendar(const QString &file, const QByteArray &data, const CalendarTargets &targets, InterchangeReport &report,
-                    QSet<QString> &kinds)
+                    QSet<QString> &kinds, UidIndex &index, ImportBatch &batch)
 {
     const CalendarFile calendar = splitCalendar(data);
     for (const CalendarEntry &entry : calendar.entries)
@@ -128,19 +134,21 @@ void importCalendar(const QString &file, const QByteArray &data, const CalendarT
             continue;
         const QString where = EntryPosition(file, entry.line);
         QStringList lost;
-        ImportEntry(report, where, [&] {
+        const Item saved = ImportEntry(report, where, [&] {
             if (!entry.damage.isEmpty())
                 throw EntryDamage{entry.damage};
             icalcomponent *component = icalparser_parse_string(entry.text.constData());
             if (!component)
                 throw EntryDamage{QStringLiteral("libical kann den Eintrag nicht lesen.")};
-            const QString error = parseError(component);
-            if (!error.isEmpty()) {
-                icalcomponent_free(component);
-                throw EntryDamage{QStringLiteral("fehlerhafte Zeile: %1").arg(error)};
-            }
+            for (const QString &error : takeParseErrors(component))
+                lost << QStringLiteral("fehlerhafte Zeile (%1)").arg(error);
             try {
-                Item item = ItemOfComponent(component, targets, zones, lost);
+                Item existing;
+                const QString key = report.updateByUid ? ComponentUidKey(component, zones) : QString();
+                const MAPIFolder folder = TargetOfComponent(component, targets);
+                if (!key.isEmpty() && !folder.isNull())
+                    existing = index.find(folder, key);
+                Item item = ItemOfComponent(component, targets, zones, lost, existing);
                 icalcomponent_free(component);
                 return item;
             } catch (...) {
@@ -148,6 +156,10 @@ void importCalendar(const QString &file, const QByteArray &data, const CalendarT
                 throw;
             }
         });
+        if (!saved.isNull()) {
+            index.add(saved);
+            batch.step();
+        }
         for (const QString &text : std::as_const(lost))
             report.note(QStringLiteral("%1: nicht übernommen: %2").arg(where, text));
     }
@@ -181,9 +193,11 @@ void ImportICalendar(const QString &path, const MAPIFolder &target, InterchangeR
 {
     const CalendarTargets targets = targetsFor(target);
     QSet<QString> kinds;
+    UidIndex index;
+    ImportBatch batch(target, report);
     for (const QString &file : InputFiles(path, {QStringLiteral("ics"), QStringLiteral("ical"), QStringLiteral("ifb")})) {
         try {
-            importCalendar(file, ReadInputFile(file), targets, report, kinds);
+            importCalendar(file, ReadInputFile(file), targets, report, kinds, index, batch);
         } catch (const EntryDamage &damage) {
             report.skip(EntryPosition(file), damage.reason);
         }
@@ -194,6 +208,25 @@ void ImportICalendar(const QString &path, const MAPIFolder &target, InterchangeR
         if (kinds.contains(QLatin1String(kind)) && !(*folder == target))
             report.note(QStringLiteral("Die Einträge %1 liegen im Ordner \"%2\".")
                             .arg(QLatin1String(kind), folder->isNull() ? QStringLiteral("(keiner)") : folder->Name()));
+}
+
+void ImportICalendarData(const QByteArray &data, const QString &sourceName, const MAPIFolder &target,
+                         InterchangeReport &report, UidIndex *index)
+{
+    const CalendarTargets targets = targetsFor(target);
+    QSet<QString> kinds;
+    UidIndex own;
+    ImportBatch batch(target, report);
+    importCalendar(sourceName, data, targets, report, kinds, index ? *index : own, batch);
+}
+
+QByteArray ICalendarText(const QList<Item> &items)
+{
+    QList<icalcomponent *> components;
+    for (const Item &item : items)
+        if (isCalendarItem(item.Class()))
+            components << ComponentOfItem(item);
+    return calendarText(components);
 }
 
 void ExportICalendar(const MAPIFolder &source, const QString &path, InterchangeReport &report)

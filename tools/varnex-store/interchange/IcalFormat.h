@@ -16,6 +16,20 @@
 void ImportICalendar(const QString &path, const MAPIFolder &target, InterchangeReport &report);
 void ExportICalendar(const MAPIFolder &source, const QString &path, InterchangeReport &report);
 
+// The components of a calendar text into the store, as the file import
+// reads them: each into the target when it is of the target's kind, else
+// into the default folder of its kind in the same store; a component whose
+// UID (with its RECURRENCE-ID) an item of that folder carries updates it
+// (unless report.updateByUid is off), every other one is a new item; skips
+// and notes name sourceName. index keeps the UIDs of the folders across
+// calls (null: one for this call only). Throws StoreError when the target
+// is no calendar, task or journal folder or the store fails.
+void ImportICalendarData(const QByteArray &data, const QString &sourceName, const MAPIFolder &target,
+                         InterchangeReport &report, UidIndex *index = nullptr);
+// Items (appointments, tasks, journal entries) as one VCALENDAR text, with
+// the definitions of the zones it names.
+[[nodiscard]] QByteArray ICalendarText(const QList<Item> &items);
+
 // The time zones of one file by TZID; the builtin zones of libical answer
 // for the rest. Owns its zones.
 class IcalZones
@@ -48,9 +62,16 @@ private:
 struct CalendarTargets {
     MAPIFolder appointments, tasks, journal;
 };
-// A new, unsaved item of the component's kind, filled from it. Throws
-// EntryDamage for a component that cannot be an item.
+// The folder for a component of that kind; a null folder for a kind
+// without a home or a store without such a folder.
+[[nodiscard]] MAPIFolder TargetOfComponent(icalcomponent *component, const CalendarTargets &targets);
+// The identity of a component for UidIndex: UID and RECURRENCE-ID as kept.
+[[nodiscard]] QString ComponentUidKey(icalcomponent *component, const IcalZones &zones);
+// The item of a component: `existing` emptied and filled anew when it is
+// given (ClearForUpdate; an update), else a new, unsaved item of the
+// component's kind. Throws EntryDamage for a component that cannot be an
+// item.
 [[nodiscard]] Item ItemOfComponent(icalcomponent *component, const CalendarTargets &targets, const IcalZones &zones,
-                                   QStringList &lost);
+                                   QStringList &lost, Item existing = {});
 // The component of an appointment, task or journal entry (caller owns it).
 [[nodiscard]] icalcomponent *ComponentOfItem(const Item &item);

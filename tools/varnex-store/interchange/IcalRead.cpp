@@ -73,7 +73,10 @@ void ComponentReader::apply(icalproperty *p)
     }
     case ICAL_PRIORITY_PROPERTY: m_item.set(QStringLiteral("Importance"), importanceOf(icalproperty_get_priority(p))); break;
     case ICAL_UID_PROPERTY: m_uid = textOf(p); break;
-    case ICAL_CREATED_PROPERTY: setTime("CreationTime", p); break;
+    case ICAL_CREATED_PROPERTY:
+        if (m_item.EntryID().isEmpty()) // an updated item keeps the time it came into the store
+            setTime("CreationTime", p);
+        break;
     case ICAL_DTSTART_PROPERTY:
         if (task) {
             setTime("StartDate", p);
@@ -186,25 +189,58 @@ QString messageClassOf(icalcomponent *component)
 
 } // namespace
 
-Item ItemOfComponent(icalcomponent *component, const CalendarTargets &targets, const IcalZones &zones, QStringList &lost)
+namespace {
+
+int classOfKind(icalcomponent_kind kind)
+{
+    return kind == ICAL_VEVENT_COMPONENT     ? olAppointment
+           : kind == ICAL_VTODO_COMPONENT    ? olTask
+           : kind == ICAL_VJOURNAL_COMPONENT ? olJournal
+                                             : 0;
+}
+
+} // namespace
+
+MAPIFolder TargetOfComponent(icalcomponent *component, const CalendarTargets &targets)
+{
+    switch (classOfKind(icalcomponent_isa(component))) {
+    case olAppointment: return targets.appointments;
+    case olTask: return targets.tasks;
+    case olJournal: return targets.journal;
+    default: return {};
+    }
+}
+
+QString ComponentUidKey(icalcomponent *component, const IcalZones &zones)
+{
+    const QString uid = QString::fromUtf8(icalcomponent_get_uid(component)).trimmed();
+    if (uid.isEmpty())
+        return {};
+    icalproperty *occurrence = icalcomponent_get_first_property(component, ICAL_RECURRENCEID_PROPERTY);
+    return UidKey(uid, occurrence ? NormalizedRecurrenceLine(occurrence, zones) : QString());
+}
+
+Item ItemOfComponent(icalcomponent *component, const CalendarTargets &targets, const IcalZones &zones, QStringList &lost,
+                     Item existing)
 {
     const icalcomponent_kind kind = icalcomponent_isa(component);
-    const int itemClass = kind == ICAL_VEVENT_COMPONENT ? olAppointment
-                          : kind == ICAL_VTODO_COMPONENT ? olTask
-                          : kind == ICAL_VJOURNAL_COMPONENT ? olJournal : 0;
+    const int itemClass = classOfKind(kind);
     if (itemClass == 0)
         throw EntryDamage{QStringLiteral("%1 hat keinen Platz im Speicher.")
                               .arg(QLatin1String(icalcomponent_kind_to_string(kind)))};
-    const MAPIFolder &folder = itemClass == olAppointment ? targets.appointments
-                               : itemClass == olTask      ? targets.tasks
-                                                          : targets.journal;
+    const MAPIFolder folder = TargetOfComponent(component, targets);
     if (folder.isNull())
         throw EntryDamage{QStringLiteral("Der Informationsspeicher hat keinen Ordner für %1.")
                               .arg(QLatin1String(icalcomponent_kind_to_string(kind)))};
     const QString messageClass = messageClassOf(component);
-    Item item = !messageClass.isEmpty() && ClassOfMessageClass(messageClass) == itemClass
-                    ? folder.Items().Add(messageClass)
-                    : folder.Items().Add(itemClass);
+    const bool ownClass = !messageClass.isEmpty() && ClassOfMessageClass(messageClass) == itemClass;
+    Item item = existing;
+    if (!item.isNull() && item.Class() == itemClass) {
+        ClearForUpdate(item);
+        item.setMessageClass(ownClass ? messageClass : MessageClassOfClass(itemClass));
+    } else {
+        item = ownClass ? folder.Items().Add(messageClass) : folder.Items().Add(itemClass);
+    }
     ComponentReader reader(item, zones, lost);
     for (icalproperty *p = icalcomponent_get_first_property(component, ICAL_ANY_PROPERTY); p;
          p = icalcomponent_get_next_property(component, ICAL_ANY_PROPERTY))

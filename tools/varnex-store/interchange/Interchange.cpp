@@ -89,7 +89,7 @@ namespace {
 // Shows the count now and then while a long run goes on.
 void showProgress(QTextStream &err, const InterchangeReport &report)
 {
-    const int done = report.imported + report.exported;
+    const int done = report.imported + report.updated + report.exported;
     if (done % 1000 == 0) {
         err << "\r" << done << " Element(e) ...";
         err.flush();
@@ -104,7 +104,7 @@ int exitCode(const InterchangeReport &report)
 } // namespace
 
 int RunInterchangeCommand(const QString &command, const QString &formatName, const QString &path,
-                          const QString &storeFolder, QTextStream &out, QTextStream &err)
+                          const QString &storeFolder, QTextStream &out, QTextStream &err, bool updateByUid)
 {
     const bool isImport = command == u"import";
     const InterchangeFormat *format = FindInterchangeFormat(formatName);
@@ -126,6 +126,7 @@ int RunInterchangeCommand(const QString &command, const QString &formatName, con
         return 1;
     }
     InterchangeReport report;
+    report.updateByUid = updateByUid;
     report.progress = [&err](const InterchangeReport &r) { showProgress(err, r); };
     try {
         const MAPIFolder folder = ResolveStoreFolder(storeFolder, format->folderType, isImport);
@@ -138,7 +139,7 @@ int RunInterchangeCommand(const QString &command, const QString &formatName, con
         out << report.summary(isImport);
         return 1;
     }
-    if (report.imported + report.exported >= 1000)
+    if (report.imported + report.updated + report.exported >= 1000)
         err << "\n";
     out << report.summary(isImport);
     return exitCode(report);

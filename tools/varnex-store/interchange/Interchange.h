@@ -14,7 +14,9 @@
 //   needed) or the default folder of the format's folderType; a format with
 //   a folder tree (PST) creates its subfolders below it. Each entry goes
 //   through ImportEntry (ItemFields.h): built fully in memory, saved once,
-//   counted; a damaged entry or file is a report.skip with its position
+//   counted; an entry whose UID is in the target updates that item (UidIndex,
+//   when report.updateByUid); saves go in batches (ImportBatch); a damaged
+//   entry or file is a report.skip with its position
 //   (EntryPosition) and the reason, never an exception out of the function.
 //   Only a StoreError that makes the target unusable may leave it.
 // - ExportFunction(source, path, report): source is an existing store
@@ -74,7 +76,8 @@ bool WriteFileAtomically(const QString &path, const QByteArray &bytes, QString *
 // report to out and problems to err; returns the exit code: 0 when all
 // went well, 3 when entries were skipped, 1 when the run could not start
 // or stopped, 2 for an unknown format or a direction it lacks.
+// updateByUid: see InterchangeReport.
 int RunInterchangeCommand(const QString &command, const QString &formatName, const QString &path,
-                          const QString &storeFolder, QTextStream &out, QTextStream &err);
+                          const QString &storeFolder, QTextStream &out, QTextStream &err, bool updateByUid = true);
 // The lines of the usage text that list the formats.
 [[nodiscard]] QString InterchangeFormatsUsage();

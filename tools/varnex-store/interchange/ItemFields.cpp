@@ -30,6 +30,13 @@ void InterchangeReport::countImported()
         progress(*this);
 }
 
+void InterchangeReport::countUpdated()
+{
+    ++updated;
+    if (progress)
+        progress(*this);
+}
+
 void InterchangeReport::countExported()
 {
     ++exported;
@@ -48,6 +55,8 @@ QString InterchangeReport::summary(bool isImport) const
                                   .arg(read)
                                   .arg(imported)
                             : QStringLiteral("Export beendet: %1 Element(e) exportiert").arg(exported);
+    if (isImport && updated > 0)
+        text += QStringLiteral(", %1 vorhandene(s) Element(e) mit derselben UID aktualisiert").arg(updated);
     text += QStringLiteral(", %1 übersprungen.\n").arg(skipped.size());
     for (const QString &line : skipped)
         text += QStringLiteral("  übersprungen: ") + line + u'\n';
@@ -62,17 +71,122 @@ QString EntryPosition(const QString &filePath, int line)
     return line > 0 ? QStringLiteral("%1, Zeile %2").arg(name).arg(line) : name;
 }
 
-void ImportEntry(InterchangeReport &report, const QString &where, const std::function<Item()> &build)
+Item ImportEntry(InterchangeReport &report, const QString &where, const std::function<Item()> &build)
 {
     report.countRead();
     try {
         Item item = build();
+        const bool update = !item.EntryID().isEmpty();
         item.Save();
-        report.countImported();
+        update ? report.countUpdated() : report.countImported();
+        if (report.saved)
+            report.saved(item, update);
+        return item;
     } catch (const EntryDamage &damage) {
         report.skip(where, damage.reason);
     } catch (const StoreError &e) {
         report.skip(where, e.description());
+    }
+    return {};
+}
+
+QString UidKey(const QString &uid, const QString &occurrence)
+{
+    return occurrence.isEmpty() ? uid : uid + u'\n' + occurrence;
+}
+
+namespace {
+
+void addKeys(QHash<QString, QString> &ids, const Item &item)
+{
+    const QString occurrence = UserText(item, QLatin1String(OccurrenceProperty));
+    const QString uid = UserText(item, QLatin1String(UidProperty));
+    if (!uid.isEmpty())
+        ids.insert(UidKey(uid, occurrence), item.EntryID());
+    ids.insert(UidKey(item.EntryID(), occurrence), item.EntryID());
+}
+
+} // namespace
+
+Item UidIndex::find(const MAPIFolder &folder, const QString &key)
+{
+    const QString folderId = folder.EntryID();
+    auto it = m_folders.find(folderId);
+    if (it == m_folders.end()) {
+        it = m_folders.insert(folderId, {});
+        for (const Item &item : folder.Items())
+            addKeys(*it, item);
+    }
+    const QString id = it->value(key);
+    if (id.isEmpty())
+        return {};
+    try {
+        return Application().GetNamespace().GetItemFromID(id, folder.StoreID());
+    } catch (const StoreError &) {
+        return {}; // deleted meanwhile
+    }
+}
+
+void UidIndex::add(const Item &saved)
+{
+    const auto it = m_folders.find(saved.Parent().EntryID());
+    if (it != m_folders.end())
+        addKeys(*it, saved);
+}
+
+ImportBatch::ImportBatch(const MAPIFolder &target, InterchangeReport &report)
+    : m_batch(target), m_report(report), m_imported(report.imported), m_updated(report.updated)
+{
+}
+
+ImportBatch::~ImportBatch()
+{
+    if (m_pending == 0)
+        return;
+    try {
+        commit();
+    } catch (const StoreError &) {
+        // named in the report by commit()
+    }
+}
+
+void ImportBatch::step()
+{
+    // A commit costs about as much as a few hundred saves in it.
+    if (++m_pending >= 500)
+        commit();
+}
+
+void ImportBatch::commit()
+{
+    m_pending = 0;
+    try {
+        m_batch.commit();
+    } catch (const StoreError &e) {
+        const int lost = m_report.imported - m_imported + m_report.updated - m_updated;
+        m_report.imported = m_imported;
+        m_report.updated = m_updated;
+        m_report.skip(QString(), QStringLiteral("%1 zuletzt gelesene(s) Element(e) nicht gespeichert: %2")
+                                     .arg(lost)
+                                     .arg(e.description()));
+        throw;
+    }
+    m_imported = m_report.imported;
+    m_updated = m_report.updated;
+}
+
+void ClearForUpdate(Item &item)
+{
+    for (const QString &name : item.PropertyNames()) {
+        const PropDef &def = PropertyAt(PropertySlot(name));
+        if (!def.readOnly && name != u"MessageClass" && name != u"CreationTime")
+            item.set(name, EmptyValue(def));
+    }
+    ::UserProperties props = item.UserProperties();
+    for (const char *own : {UidProperty, SeriesProperty, OccurrenceProperty}) {
+        UserProperty p = props.Find(QLatin1String(own));
+        if (!p.isNull())
+            p.Delete();
     }
 }
 
@@ -142,8 +256,11 @@ bool ApplyExtensionField(Item &item, const QString &name, const QString &text)
     if (slot < 0)
         return false;
     const PropDef &def = PropertyAt(slot);
-    if (def.readOnly && QString::fromLatin1(def.name) != u"CreationTime")
+    const bool creation = QString::fromLatin1(def.name) == u"CreationTime";
+    if (def.readOnly && !creation)
         return false;
+    if (creation && !item.EntryID().isEmpty())
+        return true; // an updated item keeps the time it came into the store
     item.set(QString::fromLatin1(def.name), DecodeExtensionValue(def, text));
     return true;
 }
@@ -225,8 +342,20 @@ void SetNameFields(Item &c, const NameParts &p, const QString &fullName)
     c.set(QStringLiteral("MiddleName"), p.middleName);
     c.set(QStringLiteral("LastName"), p.lastName);
     c.set(QStringLiteral("Suffix"), p.suffix);
-    if (!fullName.isEmpty() && fullName != ComposeFullName(p))
+    if (!fullName.isEmpty() && fullName != ComposeFullName(p) && (p == NameParts{} || SplitFullName(fullName) == p))
         c.set(QStringLiteral("FullName"), fullName);
+}
+
+QString DefaultFileAs(const Item &c)
+{
+    QStringList name;
+    for (const char *part : {"LastName", "FirstName"})
+        if (!c.text(QLatin1String(part)).isEmpty())
+            name << c.text(QLatin1String(part));
+    if (!name.isEmpty())
+        return name.join(QStringLiteral(", "));
+    const QString company = c.text(QStringLiteral("CompanyName"));
+    return company.isEmpty() ? c.text(QStringLiteral("FullName")) : company;
 }
 
 AddressParts AddressFieldsOf(const Item &c, const QString &prefix)

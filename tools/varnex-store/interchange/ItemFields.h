@@ -6,6 +6,7 @@
 
 #include "store/Store.h"
 
+#include <QHash>
 #include <QSet>
 #include <QString>
 #include <QStringList>
@@ -25,13 +26,21 @@ struct InterchangeReport {
     int read = 0;     // entries found in the input
     int imported = 0; // items saved in the store
     int exported = 0; // items written out
+    int updated = 0;  // items of the target that an entry with their UID updated
     QStringList skipped; // "kontakte.vcf, Zeile 12: Grund"
     QStringList notes;   // what the user should know that is no skip
+    // An entry whose UID (or the EntryID that an export wrote as UID) an
+    // item of its target folder already carries updates that item; false
+    // makes every entry a new item.
+    bool updateByUid = true;
     // Called after each counted item; may be empty.
     std::function<void(const InterchangeReport &)> progress;
+    // Called with each item an import saved (new or updated); may be empty.
+    std::function<void(const Item &item, bool updated)> saved;
 
     void countRead() { ++read; }
     void countImported();
+    void countUpdated();
     void countExported();
     void skip(const QString &where, const QString &why);
     void note(const QString &text) { notes << text; }
@@ -49,12 +58,61 @@ struct EntryDamage {
     QString reason;
 };
 
-// Reads one entry into a new item and saves it once: counts it read, calls
-// build (which returns the filled, unsaved item), saves, counts it
-// imported. EntryDamage and StoreError (a value the store refuses, a failed
-// Save) skip the entry with its position; a failed first Save leaves nothing
-// in the store.
-void ImportEntry(InterchangeReport &report, const QString &where, const std::function<Item()> &build);
+// Reads one entry into an item and saves it once: counts it read, calls
+// build (which returns the filled item: a new one, or one of the store that
+// the entry updates), saves, counts it imported or updated and returns it.
+// EntryDamage and StoreError (a value the store refuses, a failed Save)
+// skip the entry with its position and return a null item; a failed Save
+// leaves the store as it was.
+Item ImportEntry(InterchangeReport &report, const QString &where, const std::function<Item()> &build);
+
+// The identity of an entry: its UID and, for a changed occurrence of a
+// series, the RECURRENCE-ID it replaces (as kept in "VX Ausnahme").
+[[nodiscard]] QString UidKey(const QString &uid, const QString &occurrence = {});
+
+// The items of folders by the identity that entries of files give them:
+// the UID kept in "VX UID", and the EntryID (which an export writes as the
+// UID of an item that has none). A folder is read at its first find; add()
+// takes in what the run saves, so that a second entry with the same UID
+// updates the first. Keep one index for a run over many entries.
+class UidIndex
+{
+public:
+    // The item of the folder that carries the key; a null item when none.
+    [[nodiscard]] Item find(const MAPIFolder &folder, const QString &key);
+    void add(const Item &saved);
+
+private:
+    QHash<QString, QHash<QString, QString>> m_folders; // folder EntryID -> key -> item EntryID
+};
+
+// The saves of an import in batches of one transaction each (StoreBatch):
+// step() after each entry commits now and then, the end commits the rest.
+// A killed import leaves whole items only. A failed commit takes the
+// entries since the last one out of the counts, names them in the report
+// and throws the StoreError on.
+class ImportBatch
+{
+public:
+    ImportBatch(const MAPIFolder &target, InterchangeReport &report);
+    ~ImportBatch();
+    ImportBatch(const ImportBatch &) = delete;
+    ImportBatch &operator=(const ImportBatch &) = delete;
+    void step();
+
+private:
+    void commit();
+    StoreBatch m_batch;
+    InterchangeReport &m_report;
+    int m_pending = 0, m_imported = 0, m_updated = 0;
+};
+
+// Empties an item of the store before an entry fills it anew: every field
+// that can be written (except the message class and the creation time) and
+// the user properties that keep what the file held (UID, series,
+// occurrence). The user's own user properties stay; the entry's overwrite
+// those of the same name.
+void ClearForUpdate(Item &item);
 
 // The text of a property value in an extension field, and back. Dates are
 // written as yyyyMMddTHHmmss (local time), booleans as TRUE/FALSE. Decoding
@@ -90,7 +148,14 @@ void SetUserText(Item &item, const QString &name, const QString &value);
 // Name and address parts of a contact, written so that the item ends up as
 // the original: the parts alone when the whole is their composition, else
 // the whole as written as well (which the store splits into the same parts).
+// The name parts win over the full name: a full name whose split gives
+// other parts ("Mr. John Q. Public, Esq." beside N:Public;John;Quinlan;Mr.;
+// Esq.) is not kept, FullName is then the composition of the parts; without
+// parts the full name gives them.
 void SetNameFields(Item &contact, const NameParts &parts, const QString &fullName);
+// The "Speichern unter" a new contact gets: "Nachname, Vorname", else the
+// company, else the full name.
+[[nodiscard]] QString DefaultFileAs(const Item &contact);
 void SetAddressFields(Item &contact, const QString &prefix, const AddressParts &parts, const QString &whole);
 [[nodiscard]] NameParts NameFieldsOf(const Item &contact);
 [[nodiscard]] AddressParts AddressFieldsOf(const Item &contact, const QString &prefix);

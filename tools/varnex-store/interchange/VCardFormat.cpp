@@ -13,29 +13,42 @@ void requireContactFolder(const MAPIFolder &folder)
                          QStringLiteral("Der Ordner \"%1\" ist kein Kontaktordner.").arg(folder.Name()));
 }
 
-void importCards(const QString &file, const QByteArray &data, const MAPIFolder &target, InterchangeReport &report)
+void importCards(const QString &sourceName, const QByteArray &data, const MAPIFolder &target, InterchangeReport &report,
+                 UidIndex &index, ImportBatch &batch)
 {
     QList<int> strayLines;
     const QList<ContentBlock> blocks = ReadContentBlocks(data, QStringLiteral("VCARD"), &strayLines);
     if (blocks.isEmpty()) {
-        report.skip(EntryPosition(file), QStringLiteral("Die Datei enthält keine vCard."));
+        report.skip(EntryPosition(sourceName), QStringLiteral("Die Datei enthält keine vCard."));
         return;
     }
     if (!strayLines.isEmpty())
         report.note(QStringLiteral("%1: %2 Zeile(n) außerhalb einer Karte übergangen (erste: Zeile %3).")
-                        .arg(EntryPosition(file))
+                        .arg(EntryPosition(sourceName))
                         .arg(strayLines.size())
                         .arg(strayLines.first()));
     QSet<QString> unknown;
     for (const ContentBlock &block : blocks) {
-        const QString where = EntryPosition(file, block.firstLine);
+        const QString where = EntryPosition(sourceName, block.firstLine);
         if (!block.damage.isEmpty()) {
             report.countRead();
             report.skip(where, block.damage);
             continue;
         }
+        for (int line : block.badLines)
+            report.note(QStringLiteral("%1: Zeile %2 ohne Doppelpunkt übergangen").arg(where).arg(line));
         CardNotes notes;
-        ImportEntry(report, where, [&] { return ContactOfCard(block.lines, target, notes); });
+        const Item saved = ImportEntry(report, where, [&] {
+            const QString uid = CardUid(block.lines);
+            Item existing = report.updateByUid && !uid.isEmpty() ? index.find(target, UidKey(uid)) : Item();
+            if (!existing.isNull() && existing.Class() != olContact)
+                existing = Item(); // a list of the same UID stays; the card is a contact of its own
+            return ContactOfCard(block.lines, target, notes, existing);
+        });
+        if (!saved.isNull()) {
+            index.add(saved);
+            batch.step();
+        }
         for (const QString &lost : std::as_const(notes.lost))
             report.note(QStringLiteral("%1: nicht übernommen: %2").arg(where, lost));
         unknown.unite(notes.unknown);
@@ -43,7 +56,7 @@ void importCards(const QString &file, const QByteArray &data, const MAPIFolder &
     if (!unknown.isEmpty()) {
         QStringList names(unknown.begin(), unknown.end());
         names.sort();
-        report.note(QStringLiteral("%1: ohne Platz im Kontakt übergangen: %2").arg(EntryPosition(file), names.join(u", ")));
+        report.note(QStringLiteral("%1: ohne Platz im Kontakt übergangen: %2").arg(EntryPosition(sourceName), names.join(u", ")));
     }
 }
 
@@ -93,13 +106,31 @@ void exportCards(const MAPIFolder &source, const QString &path, InterchangeRepor
 void ImportVCard(const QString &path, const MAPIFolder &target, InterchangeReport &report)
 {
     requireContactFolder(target);
+    UidIndex index;
+    ImportBatch batch(target, report);
     for (const QString &file : InputFiles(path, {QStringLiteral("vcf"), QStringLiteral("vcard")})) {
         try {
-            importCards(file, ReadInputFile(file), target, report);
+            importCards(file, ReadInputFile(file), target, report, index, batch);
         } catch (const EntryDamage &damage) {
             report.skip(EntryPosition(file), damage.reason);
         }
     }
+}
+
+void ImportVCardData(const QByteArray &data, const QString &sourceName, const MAPIFolder &target,
+                     InterchangeReport &report, UidIndex *index)
+{
+    requireContactFolder(target);
+    UidIndex own;
+    ImportBatch batch(target, report);
+    importCards(sourceName, data, target, report, index ? *index : own, batch);
+}
+
+QByteArray VCardText(const Item &contact, VCardVersion version)
+{
+    ContentWriter writer;
+    WriteVCard(contact, version, writer);
+    return writer.bytes();
 }
 
 void ExportVCard3(const MAPIFolder &source, const QString &path, InterchangeReport &report)

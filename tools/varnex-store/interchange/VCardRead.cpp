@@ -90,6 +90,7 @@ private:
     Item &m_item;
     CardNotes &m_notes;
     bool m_hasContent = false;
+    bool m_fileAsGiven = false; // the card says how the contact is filed
     NameParts m_name;
     QString m_fullName, m_fullNameSource;
     QString m_uid;
@@ -224,6 +225,7 @@ void CardReader::finish()
     }
     for (const ContentLine &line : std::as_const(m_extensions)) {
         const QString field = line.name.mid(int(qstrlen(ExtensionPrefix)));
+        m_fileAsGiven = m_fileAsGiven || field == u"FILEAS";
         try {
             if (!ApplyExtensionField(m_item, field, UnescapeText(line.value)))
                 m_notes.unknown.insert(line.name);
@@ -231,6 +233,9 @@ void CardReader::finish()
             m_notes.lost << QStringLiteral("%1 (%2)").arg(line.name, e.description());
         }
     }
+    // A card without "Speichern unter" gets the one a new contact gets.
+    if (!m_fileAsGiven)
+        m_item.set(QStringLiteral("FileAs"), DefaultFileAs(m_item));
     if (!m_uid.isEmpty())
         SetUserText(m_item, QLatin1String(UidProperty), m_uid);
     for (const ContentLine &line : std::as_const(m_userProperties))
@@ -240,14 +245,28 @@ void CardReader::finish()
 
 } // namespace
 
-Item ContactOfCard(const QList<ContentLine> &lines, const MAPIFolder &folder, CardNotes &notes)
+QString CardUid(const QList<ContentLine> &lines)
+{
+    for (const ContentLine &line : lines)
+        if (line.name == u"UID")
+            return UnescapeText(line.value).trimmed();
+    return {};
+}
+
+Item ContactOfCard(const QList<ContentLine> &lines, const MAPIFolder &folder, CardNotes &notes, Item existing)
 {
     QString messageClass;
     for (const ContentLine &line : lines)
         if (line.name == u"X-VX-MESSAGECLASS")
             messageClass = UnescapeText(line.value);
     const bool ownClass = !messageClass.isEmpty() && ClassOfMessageClass(messageClass) == olContact;
-    Item contact = ownClass ? folder.Items().Add(messageClass) : folder.Items().Add(int(olContact));
+    Item contact = existing;
+    if (contact.isNull()) {
+        contact = ownClass ? folder.Items().Add(messageClass) : folder.Items().Add(int(olContact));
+    } else {
+        ClearForUpdate(contact);
+        contact.setMessageClass(ownClass ? messageClass : QString::fromLatin1(MessageClass::Contact));
+    }
     CardReader reader(contact, notes);
     for (const ContentLine &line : lines)
         reader.apply(line);

@@ -153,6 +153,10 @@ void CardWriter::writeExtensions()
 {
     if (m_item.MessageClass() != QLatin1String(MessageClass::Contact))
         m_out.add(QStringLiteral("X-VX-MESSAGECLASS"), EscapeText(m_item.MessageClass()));
+    // An empty "Speichern unter" is said, so that reading the card back
+    // gives none rather than the one of a new contact.
+    if (text("FileAs").isEmpty())
+        m_out.add(QLatin1String(ExtensionPrefix) + QStringLiteral("FILEAS"), QString());
     for (const ExtensionField &f : LeftoverFields(m_item, m_mapped))
         m_out.add(QLatin1String(ExtensionPrefix) + f.name.toUpper(), EscapeText(f.text));
     for (const UserProperty &p : UserPropertiesOf(m_item, {QString::fromLatin1(UidProperty).toLower()}))
