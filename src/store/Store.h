@@ -1,7 +1,7 @@
 #pragma once
 // The mail store in one include: the object model (Application, NameSpace,
 // MAPIFolder, Folders, Items, Item, UserProperties, Attachments, Recipient,
-// Inspector, MAPITable, MAPIUtils), batches of saves, its constants and failure, profiles,
+// Inspector, MAPITable, MAPIUtils), its constants and failure, profiles,
 // the shared routines and the test faults.
 
 #include "store/Application.h"
@@ -15,7 +15,6 @@
 #include "store/MAPIUtils.h"
 #include "store/Profile.h"
 #include "store/Recipient.h"
-#include "store/StoreBatch.h"
 #include "store/StoreConstants.h"
 #include "store/StoreError.h"
 #include "store/StoreFaults.h"

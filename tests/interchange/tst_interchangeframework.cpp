@@ -2,8 +2,8 @@
 // one skip with its reason, never half an item; store folders by path; files
 // written whole or not at all; the report in German.
 #include "interchange/ContentLine.h"
+#include "InterchangeTestItems.h"
 #include "interchange/Interchange.h"
-#include "interchange/VCardFormat.h"
 #include "store/StoreTestProfile.h"
 
 #include <QFile>
@@ -265,14 +265,14 @@ void tst_InterchangeFramework::secondImportUpdatesByUid()
     QFETCH(QStringList, subjects);
     TempProfile profile;
     const QString suffix = format == u"vcard" ? QStringLiteral(".vcf") : QStringLiteral(".ics");
-    const QString firstPath = WriteTestFile(profile.scratch(u"erste" + suffix), first);
+    const QString firstPath = WriteTestFile(profile.scratch(QStringLiteral("erste") + suffix), first);
     InterchangeReport firstRun;
     const MAPIFolder folder = ImportInto(format, firstPath, QStringLiteral("Ziel"), firstRun, folderType);
     QCOMPARE(firstRun.imported, first.count("UID:"));
     QMap<QString, QString> idsBefore; // EntryID -> creation time
     for (const Item &item : folder.Items())
         idsBefore.insert(item.EntryID(), item.text(QStringLiteral("CreationTime")));
-    QString secondPath = profile.scratch(u"zweite" + suffix);
+    QString secondPath = profile.scratch(QStringLiteral("zweite") + suffix);
     if (second.isEmpty()) { // the export writes the kept UIDs and the EntryIDs of items without one
         InterchangeReport out;
         UserProperty uid = folder.Items().Item(1).UserProperties().Find(QLatin1String(UidProperty));

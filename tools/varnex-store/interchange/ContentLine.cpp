@@ -76,7 +76,13 @@ void parseParams(const QString &head, ContentLine &line)
     for (const QString &p : parts) {
         const int eq = p.indexOf(u'=');
         // vCard 2.1 writes bare types: TEL;WORK;VOICE
-        const QString key = eq < 0 ? QStringLiteral("TYPE") : p.left(eq).trimmed().toUpper();
+        // and bare encodings: TEL;CELL;QUOTED-PRINTABLE
+        static const QStringList encodings = {QStringLiteral("QUOTED-PRINTABLE"), QStringLiteral("BASE64"),
+                                              QStringLiteral("8BIT"), QStringLiteral("7BIT")};
+        const bool bareEncoding = eq < 0 && encodings.contains(p.trimmed(), Qt::CaseInsensitive);
+        const QString key = bareEncoding ? QStringLiteral("ENCODING")
+                            : eq < 0     ? QStringLiteral("TYPE")
+                                         : p.left(eq).trimmed().toUpper();
         QString value = eq < 0 ? p.trimmed() : p.mid(eq + 1);
         if (value.size() >= 2 && value.startsWith(u'"') && value.endsWith(u'"'))
             value = value.mid(1, value.size() - 2);
@@ -107,7 +113,7 @@ QList<LogicalLine> UnfoldLines(const QByteArray &data)
     int number = 0;
     for (QByteArray physical : data.split('\n')) {
         ++number;
-        if (physical.endsWith('\r'))
+        while (physical.endsWith('\r')) // also CR CR LF
             physical.chop(1);
         const bool continuation = !logical.isEmpty() && (physical.startsWith(' ') || physical.startsWith('\t'));
         if (continuation) {
@@ -134,7 +140,13 @@ bool parseLine(const QByteArray &raw, int number, ContentLine &line)
     const QStringList encodings = line.paramValues(QStringLiteral("ENCODING"));
     if (encodings.contains(QStringLiteral("QUOTED-PRINTABLE"), Qt::CaseInsensitive))
         value = decodeQuotedPrintable(value);
-    line.value = DecodeLineBytes(value);
+    // A named character set other than UTF-8 (vCard 2.1: CHARSET=ISO-8859-1,
+    // SHIFT_JIS) decodes the value when Qt knows it.
+    const QString charset = line.params.value(QStringLiteral("CHARSET")).trimmed();
+    QStringDecoder named(charset.isEmpty() || charset.compare(u"UTF-8", Qt::CaseInsensitive) == 0
+                             ? QStringDecoder()
+                             : QStringDecoder(charset.toLatin1().constData(), QStringDecoder::Flag::Stateless));
+    line.value = named.isValid() ? QString(named(value)) : DecodeLineBytes(value);
     line.lineNumber = number;
     return true;
 }
@@ -209,24 +221,46 @@ QString EscapeText(const QString &text)
     return out;
 }
 
+QString StoreLineEnds(const QString &text)
+{
+    if (!text.contains(u'\r') && !text.contains(u'\n'))
+        return text;
+    QString out;
+    out.reserve(text.size() + 8);
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        if (text[i] == u'\r') {
+            qsizetype j = i;
+            while (j < text.size() && text[j] == u'\r')
+                ++j;
+            i = j < text.size() && text[j] == u'\n' ? j : j - 1; // CR LF and CR CR LF are one line end
+            out += QLatin1String("\r\n");
+        } else if (text[i] == u'\n') {
+            out += QLatin1String("\r\n");
+        } else {
+            out += text[i];
+        }
+    }
+    return out;
+}
+
 QString UnescapeText(const QString &text)
 {
     if (!text.contains(u'\\'))
-        return text;
+        return StoreLineEnds(text);
     QString out;
     out.reserve(text.size());
     for (int i = 0; i < text.size(); ++i) {
         if (text[i] == u'\\' && i + 1 < text.size()) {
             const QChar c = text[++i];
             if (c == u'n' || c == u'N')
-                out += QLatin1String("\r\n"); // the store's line end
+                out += u'\n';
             else
                 out += c;
         } else {
             out += text[i];
         }
     }
-    return out;
+    return StoreLineEnds(out);
 }
 
 QStringList SplitStructured(const QString &value, QChar separator)

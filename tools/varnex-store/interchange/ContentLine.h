@@ -57,6 +57,9 @@ QList<ContentBlock> ReadContentBlocks(const QByteArray &data, const QString &blo
 // end of the store's texts.
 [[nodiscard]] QString EscapeText(const QString &text);
 [[nodiscard]] QString UnescapeText(const QString &text);
+// Every line end (CR LF, CR CR LF, a lone CR or LF) as CR LF, the line end of
+// the store's texts.
+[[nodiscard]] QString StoreLineEnds(const QString &text);
 // Splits a structured value at unescaped separators, then unescapes the parts.
 [[nodiscard]] QStringList SplitStructured(const QString &value, QChar separator = u';');
 

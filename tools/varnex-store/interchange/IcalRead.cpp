@@ -14,9 +14,7 @@ QString textOf(icalproperty *p)
     // Text values come unescaped from libical; X values as written.
     if (icalvalue_isa(v) == ICAL_X_VALUE)
         return UnescapeText(QString::fromUtf8(icalvalue_get_x(v)));
-    QString text = QString::fromUtf8(icalvalue_get_text(v));
-    text.replace(QLatin1String("\r\n"), QLatin1String("\n")).replace(u'\n', QLatin1String("\r\n"));
-    return text;
+    return StoreLineEnds(QString::fromUtf8(icalvalue_get_text(v)));
 }
 
 // Importance from PRIORITY: 1-4 high, 5 and none normal, 6-9 low.

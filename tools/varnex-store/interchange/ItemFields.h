@@ -5,6 +5,7 @@
 // line.
 
 #include "store/Store.h"
+#include "store/StoreBatch.h"
 
 #include <QHash>
 #include <QSet>

@@ -35,10 +35,13 @@ private:
     QSet<QString> m_mapped; // store fields written in a home of their own
 };
 
-// A date at midnight as a date, else with its time (local, no zone).
+// A date at midnight as a date, else with its time (local, no zone); a date
+// of the year 1604 is one without a year (--MMDD in 4.0).
 QString cardDate(const QDateTime &when, VCardVersion version)
 {
     const bool v3 = version == VCardVersion::V3;
+    if (!v3 && when.date().year() == 1604 && when.time() == QTime(0, 0))
+        return when.date().toString(u"'--'MMdd");
     if (when.time() == QTime(0, 0))
         return when.date().toString(v3 ? u"yyyy-MM-dd" : u"yyyyMMdd");
     return when.toString(v3 ? u"yyyy-MM-dd'T'HH:mm:ss" : u"yyyyMMdd'T'HHmmss");
@@ -141,7 +144,7 @@ void CardWriter::writeCategories()
         return;
     QStringList list;
     for (const QString &c : categories.split(u',', Qt::SkipEmptyParts))
-        list << EscapeText(c.trimmed());
+        list << EscapeText(c.trimmed()).replace(QChar(0x201A), QLatin1String("\\,")); // a comma of the category
     m_out.add(QStringLiteral("CATEGORIES"), list.join(u','));
     // Read back, the list is joined by ", "; any other spelling goes into
     // the extension line as well, which wins.
