@@ -42,7 +42,7 @@ Item fullContact(const MAPIFolder &folder)
             c.set(name, QStringLiteral("Wert %1: Größe; Maß, Straße\\%2").arg(name).arg(++n));
     }
     c.set(QStringLiteral("Body"), QStringLiteral("Erste Zeile: Grüße aus Köln\r\nZweite Zeile; mit, Zeichen\r\n"));
-    c.set(QStringLiteral("Categories"), QStringLiteral("Kunde, Geschäftlich"));
+    c.set(QStringLiteral("Categories"), QStringLiteral("Kunde, Geschäftlich") + QChar(0x201A) + QStringLiteral(" Nord"));
     c.set(QStringLiteral("Birthday"), QDateTime(QDate(1961, 3, 14), QTime(0, 0)));
     c.set(QStringLiteral("Anniversary"), QDateTime(QDate(1990, 6, 1), QTime(14, 30)));
     c.set(QStringLiteral("Importance"), 2);
@@ -155,6 +155,42 @@ void tst_VCard::cardsFromElsewhere_data()
         << QByteArray("BEGIN:VCARD\r\nVERSION:3.0\r\nN:Weiß;Jürgen;;;\r\nFN:Weiß\\, Jürgen\r\nTEL:1\r\nBAD LINE\r\n"
                       "END:VCARD\r\n")
         << QStringList{"FullName=Weiß, Jürgen", "LastName=Weiß", "FileAs=Weiß, Jürgen", "OtherTelephoneNumber=1"};
+    QTest::newRow("LABEL gehört zur ADR seines Typs, wo immer sie steht")
+        << QByteArray("BEGIN:VCARD\r\nVERSION:2.1\r\nN:Huber;Eva\r\nLABEL;WORK:Firma Huber\\nWerkstr. 1\\n50667 K\xc3\xb6ln\r\n"
+                      "ADR;WORK:;;Werkstr. 1;K\xc3\xb6ln;;50667;\r\nADR;HOME:;;Am Hang 3;Bonn;;53111;\r\n"
+                      "LABEL;HOME:Eva Huber\\nAm Hang 3\\n53111 Bonn\r\nEND:VCARD\r\n")
+        << QStringList{"BusinessAddress=Firma Huber\r\nWerkstr. 1\r\n50667 Köln", "BusinessAddressCity=Köln",
+                       "HomeAddress=Eva Huber\r\nAm Hang 3\r\n53111 Bonn", "HomeAddressCity=Bonn", "OtherAddress="};
+    QTest::newRow("nackte Kodierung, Zeichensatz und Zeilenenden CR CR LF")
+        << QByteArray("BEGIN:VCARD\r\r\nVERSION:2.1\r\r\nN:Huber;Eva\r\r\nTEL;CELL;QUOTED-PRINTABLE:0170=20999\r\r\n"
+                      "NOTE;QUOTED-PRINTABLE;CHARSET=ISO-8859-1:Gr=FC=DFe=0Aaus K=F6ln=0D=0D=0Aund Bonn\r\r\n"
+                      "TITLE;CHARSET=SHIFT_JIS:\x8f\x5c\r\r\nEND:VCARD\r\r\n")
+        << QStringList{"LastName=Huber", "FirstName=Eva", "MobileTelephoneNumber=0170 999",
+                       "Body=Grüße\r\naus Köln\r\nund Bonn", "JobTitle=" + QString(QChar(0x5341))};
+    QTest::newRow("zweite Werte werden angehängt")
+        << QByteArray("BEGIN:VCARD\r\nVERSION:3.0\r\nN:Huber;Eva;;;\r\nNOTE:eins\r\nNOTE:zwei\r\nTITLE:Leiterin\r\n"
+                      "TITLE:Prokuristin\r\nNICKNAME:Evi\r\nNICKNAME:Eve\r\nCATEGORIES:Kunden\\, K\xc3\xb6ln,VIP\r\n"
+                      "CATEGORIES:Privat\r\nEND:VCARD\r\n")
+        << QStringList{"Body=eins\r\nzwei", "JobTitle=Leiterin, Prokuristin", "NickName=Evi, Eve",
+                       "Categories=Kunden" + QString(QChar(0x201A)) + " Köln, VIP, Privat"};
+    QTest::newRow("Erweiterungen anderer Programme")
+        << QByteArray("BEGIN:VCARD\r\nVERSION:3.0\r\nN:Huber;Eva;;;\r\nX-MS-SPOUSE:Maria\r\nX-MS-MANAGER:Chef\r\n"
+                      "X-EVOLUTION-ASSISTANT:Hilfe\r\nX-KADDRESSBOOK-X-Office:Raum 5\r\nX-SKYPE:eva.huber\r\n"
+                      "X-MS-TEL;TYPE=CALLBACK:0221 9\r\nCLASS:PRIVATE\r\nX-EVOLUTION-FILE-AS:Huber\\, Eva (privat)\r\n"
+                      "X-MS-ANNIVERSARY:2001-05-04\r\nEND:VCARD\r\n")
+        << QStringList{"Spouse=Maria", "ManagerName=Chef", "AssistantName=Hilfe", "OfficeLocation=Raum 5",
+                       "IMAddress=eva.huber", "CallbackTelephoneNumber=0221 9", "Sensitivity=2",
+                       "FileAs=Huber, Eva (privat)", "Anniversary=04.05.2001"};
+    QTest::newRow("Geburtstag mit Zone ist der Tag, wie er dasteht; Tag ohne Jahr")
+        << QByteArray("BEGIN:VCARD\r\nVERSION:4.0\r\nN:Huber;Eva;;;\r\nBDAY:19800101T230000Z\r\nANNIVERSARY:--0203\r\n"
+                      "END:VCARD\r\n")
+        << QStringList{"Birthday=01.01.1980", "Anniversary=03.02.1604"};
+    QTest::newRow("Geburtstag mit Versatz")
+        << QByteArray("BEGIN:VCARD\r\nVERSION:3.0\r\nN:Huber;Eva;;;\r\nBDAY:1953-10-15T23:10:00-05:00\r\n"
+                      "ANNIVERSARY:20100605T120000+0200\r\nEND:VCARD\r\n")
+        << QStringList{"Birthday=15.10.1953", "Anniversary=" + QDateTime(QDate(2010, 6, 5), QTime(10, 0), Qt::UTC)
+                                                                  .toLocalTime()
+                                                                  .toString(u"dd.MM.yyyy hh:mm:ss")};
     QTest::newRow("Speichern unter der Karte bleibt")
         << QByteArray("BEGIN:VCARD\r\nVERSION:3.0\r\nN:Weiß;Jürgen;;;\r\nX-VX-FILEAS:Jürgen (Vereinskasse)\r\nEND:VCARD\r\n")
         << QStringList{"FileAs=Jürgen (Vereinskasse)"};

@@ -2,6 +2,8 @@
 
 #include <QStringDecoder>
 
+#include <iconv.h>
+
 namespace {
 
 QByteArray decodeQuotedPrintable(const QByteArray &in)
@@ -130,6 +132,23 @@ QList<LogicalLine> UnfoldLines(const QByteArray &data)
 
 namespace {
 
+// Bytes in a named character set as text, through iconv; false when the
+// set is unknown or the bytes do not fit it.
+bool decodeCharset(const QByteArray &bytes, const QByteArray &charset, QString *text)
+{
+    iconv_t cd = iconv_open("UTF-8", charset.constData());
+    if (cd == iconv_t(-1))
+        return false;
+    QByteArray in = bytes, out(bytes.size() * 4 + 4, '\0');
+    char *inPtr = in.data(), *outPtr = out.data();
+    size_t inLeft = size_t(in.size()), outLeft = size_t(out.size());
+    const bool ok = iconv(cd, &inPtr, &inLeft, &outPtr, &outLeft) != size_t(-1) && inLeft == 0;
+    iconv_close(cd);
+    if (ok)
+        *text = QString::fromUtf8(out.constData(), qsizetype(out.size() - qsizetype(outLeft)));
+    return ok;
+}
+
 bool parseLine(const QByteArray &raw, int number, ContentLine &line)
 {
     const int colon = valueColon(raw);
@@ -141,12 +160,12 @@ bool parseLine(const QByteArray &raw, int number, ContentLine &line)
     if (encodings.contains(QStringLiteral("QUOTED-PRINTABLE"), Qt::CaseInsensitive))
         value = decodeQuotedPrintable(value);
     // A named character set other than UTF-8 (vCard 2.1: CHARSET=ISO-8859-1,
-    // SHIFT_JIS) decodes the value when Qt knows it.
-    const QString charset = line.params.value(QStringLiteral("CHARSET")).trimmed();
-    QStringDecoder named(charset.isEmpty() || charset.compare(u"UTF-8", Qt::CaseInsensitive) == 0
-                             ? QStringDecoder()
-                             : QStringDecoder(charset.toLatin1().constData(), QStringDecoder::Flag::Stateless));
-    line.value = named.isValid() ? QString(named(value)) : DecodeLineBytes(value);
+    // SHIFT_JIS) decodes the value when the system knows it.
+    const QByteArray charset = line.params.value(QStringLiteral("CHARSET")).trimmed().toLatin1();
+    QString decoded;
+    if (charset.isEmpty() || qstricmp(charset.constData(), "UTF-8") == 0 || !decodeCharset(value, charset, &decoded))
+        decoded = DecodeLineBytes(value);
+    line.value = decoded;
     line.lineNumber = number;
     return true;
 }
