@@ -43,7 +43,10 @@ void importCards(const QString &sourceName, const QByteArray &data, const MAPIFo
             Item existing = report.updateByUid && !uid.isEmpty() ? index.find(target, UidKey(uid)) : Item();
             if (!existing.isNull() && existing.Class() != olContact)
                 existing = Item(); // a list of the same UID stays; the card is a contact of its own
-            return ContactOfCard(block.lines, target, notes, existing);
+            Item contact = ContactOfCard(block.lines, target, notes, existing);
+            if (!notes.fileAsGiven) // as a new contact gets it
+                contact.set(QStringLiteral("FileAs"), DefaultFileAs(contact));
+            return contact;
         });
         if (!saved.isNull()) {
             index.add(saved);

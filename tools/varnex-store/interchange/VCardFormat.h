@@ -16,7 +16,9 @@ void ExportVCard4(const MAPIFolder &source, const QString &path, InterchangeRepo
 // The cards of a text (one or many, any version) into the contact folder,
 // as the file import reads them: a card whose UID a contact of the folder
 // carries updates it (unless report.updateByUid is off), every other card
-// is a new contact; skips and notes name sourceName. index keeps the UIDs
+// is a new contact; a card that does not say how the contact is filed gets
+// the "Speichern unter" of a new contact (DefaultFileAs); skips and notes
+// name sourceName. index keeps the UIDs
 // of the folder across calls (null: one for this call only). Throws
 // StoreError when the folder is no contact folder or the store fails.
 void ImportVCardData(const QByteArray &data, const QString &sourceName, const MAPIFolder &target,
@@ -32,6 +34,7 @@ void WriteVCard(const Item &contact, VCardVersion version, ContentWriter &out);
 struct CardNotes {
     QStringList lost;         // "TEL 0171 1234567 (kein freies Telefonfeld)"
     QSet<QString> unknown;    // vCard property names passed over
+    bool fileAsGiven = false; // the card says how the contact is filed (X-VX-FILEAS, X-EVOLUTION-FILE-AS)
 };
 // The contact of a card's lines: `existing` emptied and filled anew when it
 // is given (ClearForUpdate; an update), else a new, unsaved contact in the

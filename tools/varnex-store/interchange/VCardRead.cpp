@@ -411,9 +411,7 @@ void CardReader::finish()
             m_notes.lost << QStringLiteral("%1 (%2)").arg(line.name, e.description());
         }
     }
-    // A card without "Speichern unter" gets the one a new contact gets.
-    if (!m_fileAsGiven)
-        m_item.set(QStringLiteral("FileAs"), DefaultFileAs(m_item));
+    m_notes.fileAsGiven = m_fileAsGiven;
     if (!m_uid.isEmpty())
         SetUserText(m_item, QLatin1String(UidProperty), m_uid);
     for (const ContentLine &line : std::as_const(m_userProperties))
