@@ -3,6 +3,7 @@
 // properties, attachments) and the comparison of two items, so that a round
 // trip can be checked field by field with the difference in the message.
 
+#include "interchange/ItemFields.h"
 #include "store/StoreTestProfile.h"
 
 #include <QStringList>
@@ -93,14 +94,16 @@ inline QString AttachmentSummary(const Item &item)
     return list.join(QStringLiteral(" + "));
 }
 
-// Each "Property=text form" of expected must match the item, and its
+// Each "Property=text form" of expected ("VX ...": a user property) must match the item, and its
 // attachments must read as given by AttachmentSummary.
 inline void CheckItem(const Item &item, const QStringList &expected, const QString &attachments)
 {
     for (const QString &check : expected) {
         const QString name = check.section(u'=', 0, 0);
         const QString want = check.section(u'=', 1);
-        const QString got = name == u"MessageClass" ? item.MessageClass() : item.text(name);
+        const QString got = name == u"MessageClass"      ? item.MessageClass()
+                            : name.startsWith(QLatin1String("VX ")) ? UserText(item, name) // a user property
+                                                                    : item.text(name);
         QVERIFY2(got == want, qPrintable(QStringLiteral("%1: [%2], erwartet [%3]").arg(name, got.left(300), want)));
     }
     QCOMPARE(AttachmentSummary(item), attachments);

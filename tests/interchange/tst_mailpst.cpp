@@ -83,6 +83,25 @@ void addAttachment(pst_item *item, const char *name, const QByteArray &data, boo
     item->attach = a;
 }
 
+// The Monday whose occurrence the series of the rows deletes.
+const QDate DeletedMonday(2025, 3, 17);
+
+// A series as the recurrence data of an appointment holds it: every second
+// week on Monday and Wednesday, ten times, one occurrence deleted.
+QByteArray weeklyRule()
+{
+    QByteArray rule;
+    const auto add16 = [&rule](quint16 v) { rule += QByteArray(reinterpret_cast<const char *>(&v), 2); };
+    const auto add32 = [&rule](quint32 v) { rule += QByteArray(reinterpret_cast<const char *>(&v), 4); };
+    add16(0x3004); add16(0x3004); add16(0x200B); add16(1); add16(0); // versions, weekly, week pattern, calendar
+    add32(0); add32(2); add32(0); add32(0x02 | 0x08);                 // first date, every 2 weeks, sliding, MO WE
+    add32(0x2022); add32(10); add32(1);                               // ends after 10, week starts Monday
+    add32(1); add32(quint32(QDate(1601, 1, 1).daysTo(DeletedMonday) * 24 * 60)); // deleted
+    add32(0);                                                         // changed
+    add32(0); add32(0);
+    return rule;
+}
+
 // The items of the rows, built by kind.
 pst_item *buildItem(const QString &kind)
 {
@@ -107,6 +126,7 @@ pst_item *buildItem(const QString &kind)
         else
             item->body = text("Guten Tag,\r\nanbei das Angebot.");
         if (kind == u"Mail") {
+            addAttachment(item, "", QByteArray(), false); // an empty entry of the table: no attachment
             addAttachment(item, "logo.png", QByteArray("\x89PNG", 4), true);
             addAttachment(item, "Angebot März.pdf", QByteArray("%PDF-1.4 Inhalt"), false);
         }
@@ -138,6 +158,10 @@ pst_item *buildItem(const QString &kind)
         item->appointment->alarm = 1;
         item->appointment->alarm_minutes = 30;
         item->appointment->is_recurring = 1;
+        const QByteArray rule = weeklyRule();
+        item->appointment->recurrence_data.size = size_t(rule.size());
+        item->appointment->recurrence_data.data = static_cast<char *>(malloc(size_t(rule.size())));
+        memcpy(item->appointment->recurrence_data.data, rule.constData(), size_t(rule.size()));
     } else if (kind == u"Journal") {
         item->type = PST_TYPE_JOURNAL;
         item->ascii_type = strdup("IPM.Activity");
@@ -167,6 +191,9 @@ void tst_MailPst::pstItemBecomesStoreItem_data()
     QTest::addColumn<QStringList>("expected"); // "Property=text form"
     QTest::addColumn<QString>("attachments");
     const QString sent = local(MarchFourteenth);
+    const QDateTime start = QDateTime::fromString(sent, QStringLiteral("dd.MM.yyyy hh:mm:ss"));
+    const QString deletedUtc =
+        QDateTime(DeletedMonday, start.time()).toUTC().toString(QStringLiteral("yyyyMMdd'T'HHmmss'Z'"));
     QTest::newRow("Mail mit Anlagen")
         << QStringLiteral("Mail")
         << QStringList{QStringLiteral("MessageClass=IPM.Note"), QStringLiteral("Subject=Angebot für Jörg"),
@@ -202,7 +229,8 @@ void tst_MailPst::pstItemBecomesStoreItem_data()
         << QStringList{QStringLiteral("Subject=Zahnarzt"), QStringLiteral("Start=") + sent, QStringLiteral("Duration=45"),
                        QStringLiteral("Location=Praxis Dr. Lang"), QStringLiteral("BusyStatus=3"),
                        QStringLiteral("ReminderSet=Wahr"), QStringLiteral("ReminderMinutesBeforeStart=30"),
-                       QStringLiteral("IsRecurring=Wahr"), QStringLiteral("AllDayEvent=Falsch")}
+                       QStringLiteral("IsRecurring=Wahr"), QStringLiteral("AllDayEvent=Falsch"),
+                       QStringLiteral("VX Serie=RRULE:FREQ=WEEKLY;COUNT=10;INTERVAL=2;BYDAY=MO,WE\r\nEXDATE:") + deletedUtc}
         << QString();
     QTest::newRow("Journaleintrag")
         << QStringLiteral("Journal")
@@ -343,6 +371,9 @@ void tst_MailPst::pstFileComesInWithItsFolderTree()
                     P::text(0x0E04, QStringLiteral("Jörg Weiß")), P::time(0x0039, sent),
                     P::time(0x0E06, sent.addSecs(300)), P::int32(0x0E07, PST_FLAG_READ), P::int32(0x0017, 2)},
             false);
+    // Outlook's own hidden items: a configuration message and an associated one.
+    pst.add(inbox, {P::text(0x001A, QStringLiteral("IPM.Configuration.Autocomplete")), P::text(0x0037, QStringLiteral("x"))}, false);
+    pst.add(inbox, {P::text(0x001A, QStringLiteral("IPM.Note.Ansicht")), P::int32(0x0E07, PST_FLAG_ASSOCIATED)}, false);
     pst.add(project, {P::text(0x001A, QStringLiteral("IPM.Note")), P::text(0x0037, QStringLiteral("Baustelle")),
                       P::text(0x1000, QStringLiteral("Termin am Montag."))},
             false);
@@ -370,6 +401,7 @@ void tst_MailPst::pstFileComesInWithItsFolderTree()
     QCOMPARE(report.skipped.size(), 1);
     QVERIFY2(report.skipped.first().startsWith(QStringLiteral("Archiv.pst, Ordner \"/Posteingang/Projekt Umbau\", Element 2: ")),
              qPrintable(report.skipped.first()));
+    QCOMPARE(report.notes, QStringList{QStringLiteral("Archiv.pst: 2 verborgene Einträge (Ansichten, Regeln, Einstellungen) übergangen.")});
 
     QStringList tree;
     std::function<void(const MAPIFolder &, const QString &)> list = [&](const MAPIFolder &folder, const QString &path) {

@@ -1,7 +1,8 @@
 // Reading messages that other mail programs wrote: encoded headers, bodies
 // in quoted-printable and base64 in several character sets, alternatives,
 // attachments with names beyond ASCII, forwarded mails; and damaged files,
-// which are skipped with file and reason while the rest comes in whole.
+// which are read as far as they go, with a note of the damage; only a file
+// without any header is skipped.
 #include "MailTestItems.h"
 #include "interchange/Interchange.h"
 #include "interchange/MailFormat.h"
@@ -18,8 +19,8 @@ private slots:
     void init() { PinGermanLocale(); }
     void foreignMessageGivesItsFields_data();
     void foreignMessageGivesItsFields();
-    void damagedFileIsSkippedWithReason_data();
-    void damagedFileIsSkippedWithReason();
+    void damagedFileIsReadAsFarAsItGoes_data();
+    void damagedFileIsReadAsFarAsItGoes();
 };
 
 namespace {
@@ -104,6 +105,25 @@ void tst_MailReading::foreignMessageGivesItsFields_data()
         << QStringList{QStringLiteral("Importance=2"), QStringLiteral("UnRead=Wahr"), QStringLiteral("Sensitivity=2"),
                        QStringLiteral("Categories=Firma, Steuer"), QStringLiteral("ReceivedTime=") + localText(10, 5)}
         << QString();
+    QTest::newRow("7-Bit-Textanlage in einer CR-LF-Mail behält ihre Bytes")
+        << QByteArray(multipart("mixed", {"Content-Type: text/plain\n\nAnbei.",
+                                          "Content-Type: text/plain; name=notiz.txt\nContent-Disposition: attachment\n"
+                                          "Content-Transfer-Encoding: 7bit\n\nZeile 1\nZeile 2"}))
+               .replace("\n", "\r\n")
+        << QStringList{QStringLiteral("Body=Anbei.")} << QStringLiteral("notiz.txt 16 sichtbar");
+    QTest::newRow("Message-ID, Antwortbezug, Listen und Received bleiben")
+        << QByteArray("Return-Path: <hans@example.de>\nReceived: from mx by mail; Fri, 14 Mar 2025 10:05:00 +0000\n"
+                      "Received: from a\n by b; Fri, 14 Mar 2025 09:59:00 +0000\nFrom: hans@example.de\n"
+                      "Message-ID: <2@example.de>\nIn-Reply-To: <1@example.de>\nReferences: <0@example.de>\n <1@example.de>\n"
+                      "Reply-To: Liste <liste@example.de>\nList-Id: Bauliste <bau.example.de>\nSubject: Re: Bau\n\nText\n")
+        << QStringList{QStringLiteral("VX Kopfzeilen=Return-Path: <hans@example.de>\r\n"
+                                      "Received: from mx by mail; Fri, 14 Mar 2025 10:05:00 +0000\r\n"
+                                      "Received: from a\r\n by b; Fri, 14 Mar 2025 09:59:00 +0000\r\n"
+                                      "Message-ID: <2@example.de>\r\nIn-Reply-To: <1@example.de>\r\n"
+                                      "References: <0@example.de>\r\n <1@example.de>\r\n"
+                                      "Reply-To: Liste <liste@example.de>\r\nList-Id: Bauliste <bau.example.de>"),
+                       QStringLiteral("Subject=Re: Bau")}
+        << QString();
     QTest::newRow("Newsgroups ergibt Bereitstellung")
         << QByteArray("From: leser@example.de\nNewsgroups: de.comp.misc\nSubject: Frage\nX-Mozilla-Status: 0001\n\nText\n")
         << QStringList{QStringLiteral("MessageClass=IPM.Post"), QStringLiteral("UnRead=Falsch")} << QString();
@@ -144,40 +164,67 @@ void tst_MailReading::foreignMessageGivesItsFields()
     CheckItem(item, expected, attachments);
 }
 
-void tst_MailReading::damagedFileIsSkippedWithReason_data()
+void tst_MailReading::damagedFileIsReadAsFarAsItGoes_data()
 {
     QTest::addColumn<QByteArray>("message");
-    QTest::addColumn<QString>("reason"); // part of the reason; empty: imported
+    QTest::addColumn<QString>("skip"); // part of the reason; empty: imported
+    QTest::addColumn<QString>("note"); // part of the one damage note; empty: none
+    QTest::addColumn<QStringList>("expected"); // "Property=text form" of the imported item
+    QTest::addColumn<QString>("attachments");
 
     const QByteArray pdf = "Content-Type: application/pdf\nContent-Disposition: attachment; filename=a.pdf\n"
                            "Content-Transfer-Encoding: base64\n\n";
+    const QStringList text{QStringLiteral("Body=Text")};
     QTest::newRow("abgeschnitten mitten in der Anlage")
-        << multipart("mixed", {"Content-Type: text/plain\n\nText", pdf + "JVBERi0xLjQKJcfs"}, false).left(330)
-        << QStringLiteral("abgeschnitten");
+        << multipart("mixed", {"Content-Type: text/plain\n\nText", pdf + "JVBERi0xLjQKJcfs"}, false).chopped(7)
+        << QString() << QStringLiteral("abgeschnitten") << text << QStringLiteral("a.pdf 6 sichtbar");
     QTest::newRow("Schlussgrenze fehlt")
         << multipart("mixed", {"Content-Type: text/plain\n\nText", pdf + "JVBERi0xLjQ="}, false)
-        << QStringLiteral("abgeschnitten");
+        << QString() << QStringLiteral("abgeschnitten") << text << QStringLiteral("a.pdf 8 sichtbar");
     QTest::newRow("Grenze passt nicht zu den Teilen")
         << QByteArray(multipart("mixed", {"Content-Type: text/plain\n\nText"})).replace("boundary=\"GRENZE\"", "boundary=\"ANDERS\"")
-        << QStringLiteral("abgeschnitten");
+        << QString() << QStringLiteral("abgeschnitten")
+        << QStringList{QStringLiteral("Body=Vorspann\r\n--GRENZE\r\nContent-Type: text/plain\r\n\r\nText\r\n--GRENZE--")} << QString();
     QTest::newRow("mehrteilig ohne Grenze")
         << QByteArray(multipart("mixed", {"Content-Type: text/plain\n\nText"})).replace("; boundary=\"GRENZE\"", "")
-        << QStringLiteral("keine Grenze");
-    QTest::newRow("Kopfzeile ohne Doppelpunkt")
-        << head + "Subject: x\nDas ist keine Kopfzeile\nTo: b@example.de\n\nText\n" << QStringLiteral("Kopfzeile ist ungültig");
+        << QString() << QStringLiteral("keine Grenze")
+        << QStringList{QStringLiteral("Body=Vorspann\r\n--GRENZE\r\nContent-Type: text/plain\r\n\r\nText\r\n--GRENZE--")} << QString();
+    QTest::newRow("Kopfzeile ohne Doppelpunkt wird übergangen")
+        << head + "Subject: x\nDas ist keine Kopfzeile\nTo: b@example.de\n\nText\n" << QString()
+        << QStringLiteral("Kopfzeile ist ungültig")
+        << QStringList{QStringLiteral("Subject=x"), QStringLiteral("Body=Text"),
+                       QStringLiteral("To=Erika Mustermann <erika@example.de>; ich@example.de; b@example.de")}
+        << QString();
+    QTest::newRow("Zeilenenden nur CR")
+        << QByteArray(head + "Subject: Mac\nContent-Type: text/plain; charset=macintosh\n\nZeile 1\nZeile 2\n").replace('\n', '\r')
+        << QString() << QStringLiteral("nur mit CR")
+        << QStringList{QStringLiteral("Subject=Mac"), QStringLiteral("Body=Zeile 1\r\nZeile 2"),
+                       QStringLiteral("To=Erika Mustermann <erika@example.de>; ich@example.de")}
+        << QString();
+    QTest::newRow("From-Zeile einer mbox am Anfang")
+        << "From hans@example.de Fri Mar 14 09:30:00 2025\n" + head + "Subject: gespeichert\n\nText\n" << QString() << QString()
+        << QStringList{QStringLiteral("Subject=gespeichert"), QStringLiteral("SenderEmailAddress=hans@example.de")} << QString();
+    QTest::newRow("From-Zeile in der angehängten Mail")
+        << multipart("mixed", {"Content-Type: text/plain\n\nText",
+                               "Content-Type: message/rfc822\n\nFrom a@example.de Fri Mar 14 09:30:00 2025\n"
+                               "From: a@example.de\nSubject: Ursprung\n\nAlter Text"})
+        << QString() << QString() << text << QStringLiteral("Ursprung.eml 48 sichtbar");
     QByteArray garbage(4000, 0);
     for (int i = 0; i < garbage.size(); ++i)
         garbage[i] = char((i * 7919 + 13) % 251);
-    QTest::newRow("Binärmüll") << garbage << QStringLiteral("Kopfzeile ist ungültig");
-    QTest::newRow("leere Datei") << QByteArray() << QStringLiteral("keine Kopfzeilen");
+    QTest::newRow("Binärmüll") << garbage << QStringLiteral("keine Kopfzeilen") << QString() << QStringList() << QString();
+    QTest::newRow("leere Datei") << QByteArray() << QStringLiteral("keine Kopfzeilen") << QString() << QStringList() << QString();
     QTest::newRow("Nachrichtenklasse eines Kontakts")
-        << head + "Subject: x\nX-Varnex-MessageClass: IPM.Contact\n\nText\n" << QStringLiteral("weder Mail noch Bereitstellung");
+        << head + "Subject: x\nX-Varnex-MessageClass: IPM.Contact\n\nText\n" << QString()
+        << QStringLiteral("weder Mail noch Bereitstellung") << QStringList{QStringLiteral("MessageClass=IPM.Note")} << QString();
     QTest::newRow("Erweiterungsfeld mit falschem Wert")
-        << head + "Subject: x\nX-Varnex-SentOn: gestern\n\nText\n" << QStringLiteral("passt nicht");
+        << head + "Subject: x\nX-Varnex-SentOn: gestern\n\nText\n" << QString() << QStringLiteral("passt nicht")
+        << QStringList{QStringLiteral("SentOn=") + localText(9, 30)} << QString();
     QTest::newRow("Benutzereigenschaft unlesbar")
-        << head + "Subject: x\nX-Varnex-UserProperty: nur ein Teil\n\nText\n" << QStringLiteral("Benutzereigenschaft ist unlesbar");
+        << head + "Subject: x\nX-Varnex-UserProperty: nur ein Teil\n\nText\n" << QString()
+        << QStringLiteral("Benutzereigenschaft ist unlesbar") << text << QString();
     QTest::newRow("Erweiterungsfeld einer anderen Klasse wird übergangen")
-        << head + "Subject: x\nX-Varnex-FullName: Hans\n\nText\n" << QString();
+        << head + "Subject: x\nX-Varnex-FullName: Hans\n\nText\n" << QString() << QString() << text << QString();
 
     QByteArray huge = head + "Subject:";
     for (int i = 0; i < 40000; ++i)
@@ -185,13 +232,17 @@ void tst_MailReading::damagedFileIsSkippedWithReason_data()
     huge += "\nCc:";
     for (int i = 0; i < 5000; ++i)
         huge += " Empf\xc3\xa4nger " + QByteArray::number(i) + " <e" + QByteArray::number(i) + "@example.de>,\n";
-    QTest::newRow("riesige Kopfzeilen") << huge + "X-Ende: 1\n\nText\n" << QString();
+    QTest::newRow("riesige Kopfzeilen") << huge + "X-Ende: 1\n\nText\n" << QString() << QString()
+                                        << QStringList{QStringLiteral("SenderName=Hans Müller")} << QString();
 }
 
-void tst_MailReading::damagedFileIsSkippedWithReason()
+void tst_MailReading::damagedFileIsReadAsFarAsItGoes()
 {
     QFETCH(QByteArray, message);
-    QFETCH(QString, reason);
+    QFETCH(QString, skip);
+    QFETCH(QString, note);
+    QFETCH(QStringList, expected);
+    QFETCH(QString, attachments);
     TempProfile profile;
     const MAPIFolder inbox = TempProfile::folderOf(olFolderInbox);
     const QDir folder(profile.scratch(QStringLiteral("eingang")));
@@ -206,20 +257,28 @@ void tst_MailReading::damagedFileIsSkippedWithReason()
         out.write(bytes);
     }
     InterchangeReport report;
+    SetMailDuplicatesImported(true); // the good ones are alike
     ImportEml(folder.path(), inbox, report);
+    SetMailDuplicatesImported(false);
     QCOMPARE(report.read, 3);
-    const bool imported = reason.isEmpty();
+    const bool imported = skip.isEmpty();
     QCOMPARE(report.imported, imported ? 3 : 2);
     QCOMPARE(inbox.Items().Count(), imported ? 3 : 2); // never half an item
     QCOMPARE(inbox.Items().Item(1).Subject(), QStringLiteral("vorher"));
     QCOMPARE(inbox.Items().Item(imported ? 3 : 2).Subject(), QStringLiteral("nachher"));
+    QVERIFY2(report.notes.size() == (note.isEmpty() ? 0 : 1), qPrintable(report.notes.join(u'\n')));
+    if (!note.isEmpty()) {
+        QVERIFY2(report.notes.first().startsWith(QStringLiteral("2 Prüfling.eml: ")), qPrintable(report.notes.first()));
+        QVERIFY2(report.notes.first().contains(note), qPrintable(report.notes.first()));
+    }
     if (imported) {
         QVERIFY2(report.skipped.isEmpty(), qPrintable(report.skipped.join(u'\n')));
+        CheckItem(inbox.Items().Item(2), expected, attachments);
         return;
     }
     QCOMPARE(report.skipped.size(), 1);
     QVERIFY2(report.skipped.first().startsWith(QStringLiteral("2 Prüfling.eml: ")), qPrintable(report.skipped.first()));
-    QVERIFY2(report.skipped.first().contains(reason), qPrintable(report.skipped.first()));
+    QVERIFY2(report.skipped.first().contains(skip), qPrintable(report.skipped.first()));
 }
 
 QTEST_GUILESS_MAIN(tst_MailReading)

@@ -124,6 +124,27 @@ void tst_MailRoundTrip::exportThenImportGivesTheSameItem_data()
                                 {QStringLiteral("Frist"), olDateTime, At(2025, 4, 1, 12, 0)}};
     addRow("Felder ohne Heimat und Benutzereigenschaften", leftovers);
 
+    MailFixture headers = plainMail();
+    headers.userProperties = {{QStringLiteral("VX Kopfzeilen"), olText,
+                               QStringLiteral("Received: from mx.example.de\r\n by mail.example.de; Fri, 14 Mar 2025 10:05:00 +0000\r\n"
+                                              "Message-ID: <4711@example.de>\r\nIn-Reply-To: <4710@example.de>\r\n"
+                                              "List-Id: <bau.example.de>")}};
+    addRow("Message-ID und Transportkopfzeilen", headers);
+
+    MailFixture html = plainMail();
+    html.attachments = {{QStringLiteral("Anlage1.html"), QByteArray("<p>Sehr geehrte Frau <b>Mustermann</b></p>\n"), true},
+                        {QStringLiteral("Logo.png"), binaryBytes(300), true}};
+    addRow("HTML-Text als Alternative", html);
+    MailFixture namedHtml = plainMail();
+    namedHtml.attachments = {{QStringLiteral("Nachricht.html"), QByteArray("<p>Gr\xfc\xdf" "e</p>\r\n"), true}};
+    addRow("HTML-Text mit Namen und CR LF", namedHtml);
+
+    MailFixture forwarded = plainMail();
+    forwarded.attachments = {{QStringLiteral("Ursprung.eml"), QByteArray("From: a@example.de\nSubject: Ursprung\n\nAlter Text\n")},
+                             {QStringLiteral("Grüße.eml"), QByteArray("From: b@example.de\nSubject: =?utf-8?q?Gr=C3=BC=C3=9Fe?=\n\nGrüße\n")},
+                             {QStringLiteral("kaputt.eml"), binaryBytes(200)}};
+    addRow("angehängte Mails", forwarded);
+
     MailFixture empty;
     empty.fields = {{QStringLiteral("Subject"), QStringLiteral("nur Betreff")}};
     addRow("fast leere Mail", empty);
@@ -201,14 +222,17 @@ void tst_MailRoundTrip::otherItemsAreSkippedOnExport()
 }
 
 // What another mail program reads first: the standard headers in their
-// encoded form, the body as quoted-printable UTF-8, the file name RFC 2231.
+// encoded form, a Message-ID, the body as quoted-printable UTF-8 with its
+// HTML alternative, the file name RFC 2231, an attached message as it is.
 void tst_MailRoundTrip::exportedMailReadsWellElsewhere()
 {
     TempProfile profile;
     MAPIFolder inbox = TempProfile::folderOf(olFolderInbox);
     MailFixture m = plainMail();
     m.fields << std::pair{QStringLiteral("Subject"), QStringLiteral("Grüße")};
-    m.attachments = {{QStringLiteral("Übersicht.pdf"), QByteArray("%PDF-1.4")}};
+    m.attachments = {{QStringLiteral("Anlage1.html"), QByteArray("<p>Gr\xc3\xbc\xc3\x9f" "e</p>"), true},
+                     {QStringLiteral("Übersicht.pdf"), QByteArray("%PDF-1.4")},
+                     {QStringLiteral("Ursprung.eml"), QByteArray("From: a@example.de\nSubject: Ursprung\n\nAlter Text\n")}};
     SaveFixture(inbox, m);
     const QString folder = profile.scratch(QStringLiteral("eml/"));
     InterchangeReport report;
@@ -219,7 +243,9 @@ void tst_MailRoundTrip::exportedMailReadsWellElsewhere()
     for (const char *expected :
          {"Subject: =?UTF-8?", "<hans.mueller@example.de>", "Date: Fri, 14 Mar 2025 09:30:12",
           "Content-Transfer-Encoding: quoted-printable", "Sehr geehrte Frau Mustermann,\nanbei unser Angebot.",
-          "bersicht.pdf\nContent-Transfer-Encoding: base64\nContent-Disposition: attachment; filename*=", "X-Varnex-MessageClass: IPM.Note"})
+          "bersicht.pdf\nContent-Transfer-Encoding: base64\nContent-Disposition: attachment; filename*=", "X-Varnex-MessageClass: IPM.Note",
+          "Content-Type: multipart/alternative", "Content-Type: text/html; charset=utf-8\n",
+          "Content-Type: message/rfc822; name=Ursprung.eml\nContent-Transfer-Encoding: 7bit\n", "Message-Id: <"})
         QVERIFY2(text.contains(expected), qPrintable(QStringLiteral("%1 fehlt in:\n%2").arg(QLatin1String(expected), QString::fromUtf8(text.left(1500)))));
     QVERIFY(!text.contains('\r'));
 }

@@ -6,6 +6,7 @@
 #include "Demo.h"
 #include "dav/DavCommand.h"
 #include "interchange/Interchange.h"
+#include "interchange/MailFormat.h"
 
 #include "store/Store.h"
 
@@ -41,7 +42,8 @@ void usage()
              "  import   liest die Datei (oder alle passenden Dateien des Ordners) in den\n"
              "           Speicherordner; fehlende Ordner werden angelegt. Ein Eintrag, dessen UID\n"
              "           ein Element des Ordners schon trägt, aktualisiert dieses Element\n"
-             "           (mit --immer-neu wird jeder Eintrag ein neues Element)\n"
+             "           (mit --immer-neu wird jeder Eintrag ein neues Element); eine Mail mit einer\n"
+             "           Message-ID, die der Ordner schon hat, wird nur mit --immer-neu übernommen\n"
              "  export   schreibt die Elemente des Speicherordners in die Datei, oder eine\n"
              "           Datei je Element, wenn ein Ordner (oder ein Pfad mit / am Ende) genannt ist\n"
              "\n"
@@ -173,6 +175,8 @@ int main(int argc, char *argv[])
         args.remove(profileAt, 2);
     }
     const bool alwaysNew = args.removeAll(QStringLiteral("--immer-neu")) > 0;
+    // Mail imports take messages that the folder holds already as well.
+    SetMailDuplicatesImported(alwaysNew);
     const QString command = args.value(0);
     if (command == u"dav")
         return RunDavCommand(args.mid(1), out(), err());

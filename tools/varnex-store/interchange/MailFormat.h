@@ -5,16 +5,27 @@
 //
 // mbox is written as mboxrd: a body line that starts with "From ", after
 // any number of ">", gets one more ">" in front, and reading takes one
-// away, so that such lines come back exactly. A new message starts at a
-// "From " line at the start of the file or after an empty line, or at any
-// "From " line that carries a date. Bytes before the first one and binary
-// junk between messages are reported and passed over.
+// away, so that such lines come back exactly. The "From " line names the
+// sender only when its address is plain ASCII, else MAILER-DAEMON. A new
+// message starts at a "From " line at the start of the file, at one that
+// carries a date, or at one after an empty line or of the form "From -"
+// when a header line follows. A message with a Content-Length header that
+// ends right before the next "From " line (or the end of the file) is cut
+// there, its "From " lines left as they are (mboxcl2). Bytes before the
+// first message and binary junk between messages are reported and passed
+// over.
 
 #include "ItemFields.h"
 
 #include <QByteArray>
 #include <QDateTime>
 #include <QList>
+
+// A message whose Message-ID (its own, or for one without, the stable one
+// of MailHeaders.h) an item of the target folder has already is reported
+// and not imported again, so that a second import of the same file adds
+// nothing; with true, every message is imported.
+void SetMailDuplicatesImported(bool imported);
 
 void ImportEml(const QString &path, const MAPIFolder &target, InterchangeReport &report);
 void ExportEml(const MAPIFolder &source, const QString &path, InterchangeReport &report);

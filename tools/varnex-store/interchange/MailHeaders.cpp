@@ -1,7 +1,9 @@
 #include "MailHeaders.h"
 
 #include "GMimeSupport.h"
+#include "MimeMail.h"
 
+#include <QCryptographicHash>
 #include <QSet>
 
 namespace {
@@ -277,4 +279,109 @@ QString ExactHeaderValue(GMimeHeader *header)
             utf8 += QByteArray::fromBase64(word.mid(10, word.size() - 12));
     }
     return QString::fromUtf8(utf8);
+}
+
+namespace {
+
+bool isTransportHeader(const QByteArray &name)
+{
+    static const char *const kept[] = {"message-id", "in-reply-to", "references", "reply-to",   "sender",
+                                       "return-path", "received",   "delivered-to", "resent-message-id"};
+    const QByteArray lower = name.toLower();
+    for (const char *k : kept)
+        if (lower == k)
+            return true;
+    return lower.startsWith("list-");
+}
+
+// The fields of a kept text: name and raw value (from the colon on, line
+// ends LF, no final one).
+QList<std::pair<QByteArray, QByteArray>> keptFields(const QString &kept)
+{
+    QList<std::pair<QByteArray, QByteArray>> fields;
+    for (const QString &line : kept.split(QStringLiteral("\r\n"))) {
+        const QByteArray bytes = line.toUtf8();
+        if (!fields.isEmpty() && (bytes.startsWith(' ') || bytes.startsWith('\t'))) {
+            fields.last().second += '\n' + bytes;
+            continue;
+        }
+        const qsizetype colon = bytes.indexOf(':');
+        if (colon > 0)
+            fields.append({bytes.left(colon), bytes.mid(colon + 1)});
+    }
+    return fields;
+}
+
+} // namespace
+
+QString TransportHeadersOf(GMimeMessage *message)
+{
+    GMimeHeaderList *headers = g_mime_object_get_header_list(GMIME_OBJECT(message));
+    QStringList lines;
+    for (int i = 0; i < g_mime_header_list_get_count(headers); ++i) {
+        GMimeHeader *header = g_mime_header_list_get_header_at(headers, i);
+        const QByteArray name(g_mime_header_get_name(header));
+        if (!isTransportHeader(name))
+            continue;
+        QByteArray raw(g_mime_header_get_raw_value(header));
+        while (raw.endsWith('\n') || raw.endsWith('\r'))
+            raw.chop(1);
+        raw.replace("\r\n", "\n");
+        // Raw 8-bit text: UTF-8, else the Western code page.
+        lines << DecodeCharset(name + ':' + raw, QString()).replace(u'\n', QLatin1String("\r\n"));
+    }
+    return lines.join(QStringLiteral("\r\n"));
+}
+
+void WriteTransportHeaders(GMimeMessage *message, const QString &kept)
+{
+    GMimeHeaderList *headers = g_mime_object_get_header_list(GMIME_OBJECT(message));
+    for (const auto &[name, raw] : keptFields(kept)) {
+        g_mime_header_list_append(headers, name.constData(), "", nullptr);
+        GMimeHeader *header = g_mime_header_list_get_header_at(headers, g_mime_header_list_get_count(headers) - 1);
+        g_mime_header_set_raw_value(header, (raw + '\n').constData());
+    }
+}
+
+QString MessageIdOfHeaders(const QString &kept)
+{
+    for (const auto &[name, raw] : keptFields(kept)) {
+        if (name.toLower() != "message-id")
+            continue;
+        // What stands between the brackets, as it is ("a@b@c" too).
+        const QByteArray text = raw.simplified();
+        const qsizetype open = text.indexOf('<'), close = text.indexOf('>', open + 1);
+        return QString::fromUtf8(open >= 0 && close > open ? text.mid(open + 1, close - open - 1).trimmed() : text);
+    }
+    return {};
+}
+
+QString WithoutMessageId(const QString &kept)
+{
+    QStringList lines;
+    for (const auto &[name, raw] : keptFields(kept))
+        if (name.toLower() != "message-id")
+            lines << QString::fromUtf8(name + ':' + raw).replace(u'\n', QLatin1String("\r\n"));
+    return lines.join(QStringLiteral("\r\n"));
+}
+
+QString StableMessageId(const Item &item)
+{
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    for (const char *name : {"MessageClass", "Subject", "SenderEmailAddress", "To", "CC", "SentOn", "Body"}) {
+        const QString property = QLatin1String(name);
+        const QVariant value = item.hasProperty(property) ? item.get(property) : QVariant();
+        const QString text = value.typeId() == QMetaType::QDateTime ? value.toDateTime().toString(Qt::ISODate)
+                                                                     : value.toString();
+        hash.addData(text.toUtf8());
+        hash.addData(QByteArrayView("\0", 1));
+    }
+    return QString::fromLatin1(hash.result().toHex().left(32)) + QStringLiteral("@varnex");
+}
+
+QString MessageIdOf(const Item &item)
+{
+    const UserProperty kept = item.UserProperties().Find(QLatin1String(TransportHeadersProperty));
+    const QString id = kept.isNull() ? QString() : MessageIdOfHeaders(kept.Value().toString());
+    return id.isEmpty() ? StableMessageId(item) : id;
 }

@@ -19,6 +19,13 @@
 #include <QString>
 #include <QVariant>
 
+// The user property that keeps the transport headers of an imported
+// message, which the store has no fields for: Message-ID, In-Reply-To,
+// References, Reply-To, Sender, Return-Path, Delivered-To, the Received
+// block and the List- headers, as they stood (one field per line, folded
+// lines go on with their blanks, CR LF between), in their order.
+inline constexpr char TransportHeadersProperty[] = "VX Kopfzeilen";
+
 // Property name -> value, for the mapped properties that hold a value.
 using MailHeaderValues = QHash<QString, QVariant>;
 
@@ -47,3 +54,13 @@ void WriteMailHeaders(GMimeMessage *message, const MailHeaderValues &values);
 void AddExactHeader(GMimeObject *object, const QString &name, const QString &value);
 // The value of such a header, from its raw form.
 [[nodiscard]] QString ExactHeaderValue(GMimeHeader *header);
+
+// The transport headers of the message as kept in TransportHeadersProperty;
+// "" when it has none.
+[[nodiscard]] QString TransportHeadersOf(GMimeMessage *message);
+// Appends the kept headers to the message as they stood.
+void WriteTransportHeaders(GMimeMessage *message, const QString &kept);
+// The Message-ID (without angle brackets) among kept headers; "" for none.
+[[nodiscard]] QString MessageIdOfHeaders(const QString &kept);
+// The kept headers without the Message-ID field.
+[[nodiscard]] QString WithoutMessageId(const QString &kept);

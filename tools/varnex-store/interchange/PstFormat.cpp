@@ -12,10 +12,25 @@ struct PstItemFree {
 };
 using PstItemPtr = std::unique_ptr<pst_item, PstItemFree>;
 
+// Items that Outlook keeps out of sight: the folder's associated contents
+// (views, rules, settings) and configuration messages.
+bool isHiddenItem(const pst_item *item)
+{
+    if (item->flags & PST_FLAG_ASSOCIATED)
+        return true;
+    const QByteArray messageClass = QByteArray(item->ascii_type ? item->ascii_type : "").toLower();
+    for (const char *prefix : {"ipm.configuration.", "ipm.microsoft.", "ipm.extendedrule.", "ipm.rule.",
+                               "ipm.aggregation", "ipm.ruleorganizer"})
+        if (messageClass.startsWith(prefix))
+            return true;
+    return false;
+}
+
 struct PstImport {
     pst_file *file;
     QString fileName;
     InterchangeReport &report;
+    int hidden = 0; // hidden items passed over
 
     QString position(const QString &folderPath, int number) const
     {
@@ -50,6 +65,10 @@ struct PstImport {
                 }
                 if (node->child)
                     walk(node->child, folder, folderPath + u'/' + folder.Name());
+                continue;
+            }
+            if (item && isHiddenItem(item.get())) {
+                ++hidden;
                 continue;
             }
             ++number;
@@ -92,6 +111,9 @@ void ImportPst(const QString &path, const MAPIFolder &target, InterchangeReport 
         } else {
             PstImport run{&file, shown, report};
             run.walk(top->child, target, QString());
+            if (run.hidden > 0)
+                report.note(QStringLiteral("%1: %2 verborgene Einträge (Ansichten, Regeln, Einstellungen) übergangen.")
+                                .arg(shown).arg(run.hidden));
         }
         pst_close(&file);
     }

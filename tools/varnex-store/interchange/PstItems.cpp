@@ -2,9 +2,13 @@
 
 #include "GMimeSupport.h"
 #include "ItemFields.h"
+#include "MailHeaders.h"
 #include "MimeContent.h"
 
 #include <QTimeZone>
+#include <QtEndian>
+
+#include <memory>
 
 namespace {
 
@@ -136,12 +140,134 @@ void fillAppointment(Item &target, pst_item *item, const TextOf &text)
     target.set(QStringLiteral("IsRecurring"), a->is_recurring == 1);
 }
 
+// --- the rule of a series ---
+
+quint32 le32(const QByteArray &bytes, qsizetype at)
+{
+    return at + 4 <= bytes.size() ? qFromLittleEndian<quint32>(bytes.constData() + at) : 0;
+}
+
+// The dates (minutes since 1601, local midnight) of the occurrences that
+// the series deletes, and of those among them that were changed, after
+// the pattern in the recurrence data (0x8216): the fields that follow the
+// end type and count are the first day of the week, then the two lists.
+struct SeriesExceptions {
+    QList<quint32> deleted, modified;
+};
+
+SeriesExceptions seriesExceptions(const pst_item_appointment *a)
+{
+    static const int patternFields[] = {3, 4, 4, 5}; // per pattern type: first date, period, sliding, own
+    SeriesExceptions out;
+    const QByteArray data(a->recurrence_data.data, qsizetype(a->recurrence_data.size));
+    const quint32 patternType = le32(data, 6) & 0xFFFF;
+    if (data.size() < 10 || patternType > 3)
+        return out;
+    qsizetype at = 10 + 4 * patternFields[patternType] + 4 + 4 + 4;
+    const quint32 deleted = le32(data, at);
+    at += 4;
+    for (quint32 i = 0; i < deleted && at + 4 <= data.size() && i < 100000; ++i, at += 4)
+        out.deleted << le32(data, at);
+    const quint32 modified = le32(data, at);
+    at += 4;
+    for (quint32 i = 0; i < modified && at + 4 <= data.size() && i < 100000; ++i, at += 4)
+        out.modified << le32(data, at);
+    return out;
+}
+
+QString utcStamp(const QDateTime &local)
+{
+    return local.toUTC().toString(QStringLiteral("yyyyMMdd'T'HHmmss'Z'"));
+}
+
+// The lines of "VX Serie" (RRULE, EXDATE; times in UTC), as an iCalendar
+// import keeps a series; "" when the rule cannot be read.
+QString seriesLines(pst_item_appointment *a, QStringList *notes)
+{
+    if (!a->recurrence_data.data || a->recurrence_data.size < 22)
+        return {};
+    std::unique_ptr<pst_recurrence, void (*)(pst_recurrence *)> rule(pst_convert_recurrence(a), pst_free_recurrence);
+    static const char *const frequencies[] = {"DAILY", "WEEKLY", "MONTHLY", "YEARLY"};
+    static const char *const days[] = {"SU", "MO", "TU", "WE", "TH", "FR", "SA"};
+    if (!rule || rule->type > 3)
+        return {};
+    QString line = QStringLiteral("RRULE:FREQ=") + QLatin1String(frequencies[rule->type]);
+    const QDateTime start = DateOfFileTime(a->start);
+    if (rule->termination == 0) {
+        const QDateTime end = DateOfFileTime(a->recurrence_end);
+        if (end.isValid()) // the whole last day: its occurrence starts before its end
+            line += QStringLiteral(";UNTIL=") + utcStamp(QDateTime(end.date(), QTime(23, 59, 59)));
+    } else if (rule->termination == 1 && rule->count > 0) {
+        line += QStringLiteral(";COUNT=%1").arg(rule->count);
+    }
+    if (rule->interval > 1)
+        line += QStringLiteral(";INTERVAL=%1").arg(rule->interval);
+    QStringList byDay;
+    for (int day = 0; day < 7; ++day)
+        if (rule->bydaymask & (1u << day))
+            byDay << QLatin1String(days[day]);
+    if (!byDay.isEmpty())
+        line += QStringLiteral(";BYDAY=") + byDay.join(u',');
+    if (rule->dayofmonth > 0 && rule->dayofmonth <= 31)
+        line += QStringLiteral(";BYMONTHDAY=%1").arg(rule->dayofmonth);
+    if (rule->monthofyear >= 1 && rule->monthofyear <= 12)
+        line += QStringLiteral(";BYMONTH=%1").arg(rule->monthofyear);
+    if (rule->position >= 1 && rule->position <= 5 && !byDay.isEmpty())
+        line += QStringLiteral(";BYSETPOS=%1").arg(rule->position == 5 ? -1 : int(rule->position));
+    QStringList lines{line};
+    // Deleted occurrences leave the series; changed ones are deleted and
+    // stand as items of their own, which libpst does not read: they stay
+    // at their first time, with a note.
+    const SeriesExceptions exceptions = seriesExceptions(a);
+    const QDate epoch(1601, 1, 1);
+    for (const quint32 minutes : exceptions.deleted) {
+        if (exceptions.modified.contains(minutes) || !start.isValid())
+            continue;
+        const QDate day = epoch.addDays(minutes / (24 * 60));
+        lines << QStringLiteral("EXDATE:") + utcStamp(QDateTime(day, start.time()));
+    }
+    if (!exceptions.modified.isEmpty())
+        notes->append(QStringLiteral("%1 geänderte Termine der Serie liest libpst nicht; sie stehen zu ihrer ersten Zeit in der Serie.")
+                          .arg(exceptions.modified.size()));
+    return lines.join(QStringLiteral("\r\n"));
+}
+
 void fillJournal(Item &target, pst_item *item, const TextOf &text)
 {
     const pst_item_journal *j = item->journal;
     setDate(target, "Start", j->start);
     setDate(target, "End", j->end);
     setText(target, "Type", text(j->type));
+}
+
+// The Message-ID and the other transport headers, from the internet
+// headers the item kept, else from the fields of their own.
+void keepTransportHeaders(Item &target, pst_item *item, const TextOf &text)
+{
+    const pst_item_email *e = item->email;
+    QString kept;
+    const QString headers = text(e->header);
+    if (!headers.isEmpty()) {
+        EnsureGMime();
+        QByteArray bytes = headers.toUtf8();
+        bytes.replace("\r\n", "\n");
+        const GPtr<GMimeStream> stream = MemoryStreamOf(bytes + "\n\n");
+        GPtr<GMimeParser> parser(g_mime_parser_new_with_stream(stream.get()));
+        GPtr<GMimeMessage> message(g_mime_parser_construct_message(parser.get(), nullptr));
+        if (message)
+            kept = TransportHeadersOf(message.get());
+    }
+    if (kept.isEmpty()) {
+        QStringList lines;
+        const QString id = text(e->messageid).trimmed(), reply = text(e->in_reply_to).trimmed();
+        if (!id.isEmpty())
+            lines << QStringLiteral("Message-ID: ") + id;
+        if (!reply.isEmpty())
+            lines << QStringLiteral("In-Reply-To: ") + reply;
+        kept = lines.join(QStringLiteral("\r\n"));
+    }
+    if (!kept.isEmpty())
+        SetUserText(target, QLatin1String(TransportHeadersProperty), kept);
 }
 
 void fillMail(Item &target, pst_item *item, const TextOf &text)
@@ -158,6 +284,7 @@ void fillMail(Item &target, pst_item *item, const TextOf &text)
     }
     setDate(target, "SentOn", e->sent_date);
     setDate(target, "ReceivedTime", e->arrival_date ? e->arrival_date : e->sent_date);
+    keepTransportHeaders(target, item, text);
 }
 
 void addAttachments(Item &target, pst_item *item, pst_file *file, const TextOf &text, QStringList *notes)
@@ -168,7 +295,8 @@ void addAttachments(Item &target, pst_item *item, pst_file *file, const TextOf &
         QString name = text(a->filename2);
         if (name.isEmpty())
             name = text(a->filename1);
-        if (name.isEmpty())
+        const bool named = !name.isEmpty();
+        if (!named)
             name = QStringLiteral("Anlage%1").arg(number);
         if (a->method == PST_ATTACH_EMBEDDED || a->method == PST_ATTACH_OLE) {
             notes->append(QStringLiteral("Die eingebettete Anlage %1 (\"%2\") liest libpst nicht; sie fehlt.").arg(number).arg(name));
@@ -182,6 +310,10 @@ void addAttachments(Item &target, pst_item *item, pst_file *file, const TextOf &
             data = QByteArray(bytes.data, qsizetype(bytes.size));
             free(bytes.data);
         }
+        // libpst lists entries of the attachment table that hold nothing
+        // (no name, no bytes): no attachment of the mail.
+        if (!named && data.isEmpty())
+            continue;
         Attachment added = target.Attachments().AddData(data, name);
         if (a->content_id.str) // a picture of the HTML text
             added.setHidden(true);
@@ -280,12 +412,22 @@ Item ItemFromPst(pst_item *item, const MAPIFolder &folder, pst_file *file, QStri
         target.set(QStringLiteral("UnRead"), !(item->flags & PST_FLAG_READ));
     if (itemClass == olContact && item->contact)
         fillContact(target, item, text);
-    if (itemClass == olAppointment && item->appointment)
+    if (itemClass == olAppointment && item->appointment) {
         fillAppointment(target, item, text);
+        if (item->appointment->is_recurring == 1) {
+            const QString series = seriesLines(item->appointment, notes);
+            if (series.isEmpty())
+                notes->append(QStringLiteral("Die Regel der Serie ist unlesbar; der Termin steht nur einmal da."));
+            else
+                SetUserText(target, QLatin1String(SeriesProperty), series);
+        }
+    }
     if (itemClass == olJournal && item->journal)
         fillJournal(target, item, text);
-    addAttachments(target, item, file, text, notes);
-    if (!html.isEmpty()) // the formatted text stays beside the plain one
+    // The formatted text stays beside the plain one, first, as a mail export
+    // writes it back as the HTML alternative of the text.
+    if (!html.isEmpty())
         target.Attachments().AddData(html.toUtf8(), QStringLiteral("Nachricht.html")).setHidden(true);
+    addAttachments(target, item, file, text, notes);
     return target;
 }

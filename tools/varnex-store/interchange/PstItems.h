@@ -1,9 +1,15 @@
 #pragma once
 // The items of a PST file as libpst reads them (pst_item), turned into
 // store items: mail and posts, contacts, appointments, tasks, notes and
-// journal entries. What libpst does not read cannot come over: the members
-// of distribution lists, the dates and state of tasks, the rule of a series
-// (IsRecurring is kept), categories and the user's own fields.
+// journal entries. A mail keeps its Message-ID and transport headers (from
+// its internet headers) as an imported MIME mail does, and its HTML text as
+// the first, hidden attachment; entries of the attachment table without
+// name and bytes are no attachments. A series keeps its rule (RRULE, and
+// EXDATE for deleted occurrences) in "VX Serie" as an iCalendar import
+// does; changed occurrences, which libpst does not read, stay at their
+// first time (a note says so). What libpst does not read cannot come over:
+// the members of distribution lists, the dates and state of tasks,
+// categories and the user's own fields.
 
 #include "store/Store.h"
 
