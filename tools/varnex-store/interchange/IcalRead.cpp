@@ -63,7 +63,9 @@ void ComponentReader::apply(icalproperty *p)
         if (appointment)
             m_item.set(QStringLiteral("Location"), textOf(p));
         break;
-    case ICAL_CATEGORIES_PROPERTY: m_categories << textOf(p).split(u','); break;
+    // libical gives one category per property, its escaped commas as commas:
+    // kept as the low comma U+201A, since the store separates categories by commas.
+    case ICAL_CATEGORIES_PROPERTY: m_categories << textOf(p).replace(u',', QChar(0x201A)); break;
     case ICAL_CLASS_PROPERTY: {
         const icalproperty_class c = icalproperty_get_class(p);
         m_item.set(QStringLiteral("Sensitivity"), c == ICAL_CLASS_PRIVATE ? 2 : c == ICAL_CLASS_CONFIDENTIAL ? 3 : 0);
