@@ -16,7 +16,7 @@
 
 namespace {
 
-Item addItem(const QString &folderPath, const QString &messageClass, const QString &subject)
+Item addClassItem(const QString &folderPath, const QString &messageClass, const QString &subject)
 {
     Item item = SelectionFixture::folder(folderPath).Items().Add(messageClass);
     item.setSubject(subject);
@@ -30,12 +30,12 @@ struct ClassProfile : SelectionFixture {
     ClassProfile()
     {
         SelectionFixture::folder("Kontakte").Folders().Add(QStringLiteral("Leer"));
-        contacts = {addItem("Kontakte", "IPM.Contact.Alt", "Anna"), addItem("Kontakte", "IPM.Contact", "Bernd")};
+        contacts = {addClassItem("Kontakte", "IPM.Contact.Alt", "Anna"), addClassItem("Kontakte", "IPM.Contact", "Bernd")};
         list = SelectionFixture::folder("Kontakte").Items().Add(int(olDistributionList));
         list.setSubject(QStringLiteral("Verteiler"));
         list.Save();
-        appointment = addItem("Kalender", "IPM.Appointment", "Termin");
-        note = addItem("Notizen", "IPM.StickyNote", "Notiz");
+        appointment = addClassItem("Kalender", "IPM.Appointment", "Termin");
+        note = addClassItem("Notizen", "IPM.StickyNote", "Notiz");
         readTree();
     }
     QString classOnDisk(const Item &item) const
@@ -142,7 +142,7 @@ void tst_MClassChange::allFoldersEmpty()
 void tst_MClassChange::failingItemsReportedOncePerFolder()
 {
     ClassProfile p;
-    const Item third = addItem("Kontakte", "IPM.Contact", "Clara");
+    const Item third = addClassItem("Kontakte", "IPM.Contact", "Clara");
     p.readTree();
     QVERIFY(p.select({"Kontakte", "Kalender"}));
     StoreFaults::FailItem(p.contacts.at(0).EntryID(), StoreFaults::FailSave);
