@@ -87,13 +87,21 @@ NameParts SplitFullName(const QString &fullName)
     return parts;
 }
 
-QString ComposeFullName(const NameParts &parts)
+QString ComposeFullName(const NameParts &parts, const QString &previous)
 {
-    QStringList w;
-    for (const QString *p : {&parts.title, &parts.firstName, &parts.middleName, &parts.lastName, &parts.suffix})
-        if (!p->trimmed().isEmpty())
-            w << p->trimmed();
-    return w.join(u' ');
+    const auto joined = [](std::initializer_list<const QString *> items) {
+        QStringList w;
+        for (const QString *p : items)
+            if (!p->trimmed().isEmpty())
+                w << p->trimmed();
+        return w.join(u' ');
+    };
+    // "Last, First" stays in that form, as long as there is a last name.
+    if (previous.contains(u',') && !parts.lastName.trimmed().isEmpty()) {
+        const QString rest = joined({&parts.title, &parts.firstName, &parts.middleName, &parts.suffix});
+        return rest.isEmpty() ? parts.lastName.trimmed() : parts.lastName.trimmed() + QStringLiteral(", ") + rest;
+    }
+    return joined({&parts.title, &parts.firstName, &parts.middleName, &parts.lastName, &parts.suffix});
 }
 
 AddressParts SplitAddress(const QString &address)

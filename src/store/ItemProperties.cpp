@@ -91,12 +91,19 @@ bool setContactComposite(ItemData &d, int slot, const QVariant &value)
     const Slots &s = slotsOf();
     if (slot == s.fullName) {
         d.put(slot, value);
-        putNameParts(d, SplitFullName(value.toString()));
+        // A company's name leaves FullName empty and the person's parts alone.
+        if (!value.toString().trimmed().isEmpty())
+            putNameParts(d, SplitFullName(value.toString()));
         return true;
     }
     if (std::find(s.nameParts.begin(), s.nameParts.end(), slot) != s.nameParts.end()) {
         d.put(slot, value);
-        d.put(s.fullName, ComposeFullName(namePartsOf(d)));
+        // Writing back what FullName already says (a restore, an undo) keeps
+        // it as written.
+        const QString whole = storedText(d, s.fullName);
+        const NameParts parts = namePartsOf(d);
+        if (SplitFullName(whole) != parts)
+            d.put(s.fullName, ComposeFullName(parts, whole));
         return true;
     }
     for (const auto &a : s.addresses) {

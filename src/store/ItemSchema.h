@@ -11,8 +11,11 @@
 // keeps both consistent:
 // - Contact FullName <-> Title, FirstName, MiddleName, LastName, Suffix.
 //   Writing FullName splits it into the parts (SplitFullName) and keeps the
-//   text as written; writing a part recomposes FullName from all five parts
-//   (ComposeFullName).
+//   text as written; writing an empty FullName leaves the parts as they are.
+//   Writing a part recomposes FullName from all five parts (ComposeFullName,
+//   in the form FullName had), unless FullName already splits into exactly
+//   the parts: then it stays as written, so that writing back the parts of
+//   "Müller, Hans" keeps that text.
 // - Contact BusinessAddress, HomeAddress, OtherAddress <-> their Street,
 //   PostOfficeBox, PostalCode, City, State and Country parts. Writing the
 //   whole splits it (SplitAddress) and keeps the text as written; writing a
@@ -88,8 +91,10 @@ struct NameParts {
 // van, de, zu ...) in small letters join the last name; a single word is the
 // last name.
 [[nodiscard]] NameParts SplitFullName(const QString &fullName);
-// Title First Middle Last Suffix, joined by single blanks, empty parts left out.
-[[nodiscard]] QString ComposeFullName(const NameParts &parts);
+// Title First Middle Last Suffix, joined by single blanks, empty parts left
+// out; "Last, Title First Middle Suffix" when previous (the full name before)
+// has a comma and there is a last name.
+[[nodiscard]] QString ComposeFullName(const NameParts &parts, const QString &previous = {});
 
 struct AddressParts {
     QString street, postOfficeBox, postalCode, city, state, country;

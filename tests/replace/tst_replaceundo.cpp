@@ -54,7 +54,7 @@ void tst_ReplaceUndo::undoRestoresFieldsAndUserField()
     MessageRecorder &boxes = store.boxes;
     const MAPIFolder contacts = store.folder(olFolderContacts);
     Item first = contacts.Items().Add(olContact);
-    first.set("LastName", "Müller");
+    first.set("FullName", "Müller, Hans");
     first.set("Body", "Herr Müller");
     first.UserProperties().Add(QStringLiteral("Akte"), olText).setValue(QStringLiteral("Müller 2006"));
     first.Save();
@@ -71,6 +71,7 @@ void tst_ReplaceUndo::undoRestoresFieldsAndUserField()
     RunReplace({contacts}, inputs, lists);
     QCOMPARE(lists.recordCount(), 4);
     QCOMPARE(store.reread(first).text("Body"), QStringLiteral("Herr Meier"));
+    QCOMPARE(store.reread(first).text("FullName"), QStringLiteral("Meier, Hans"));
     boxes.clear();
 
     const ReplaceUndoOutcome outcome = UndoReplace(lists);
@@ -81,6 +82,7 @@ void tst_ReplaceUndo::undoRestoresFieldsAndUserField()
     QCOMPARE(boxes.last().title, QStringLiteral("Info!"));
     const Item firstAgain = store.reread(first);
     QCOMPARE(firstAgain.text("LastName"), QStringLiteral("Müller"));
+    QCOMPARE(firstAgain.text("FullName"), QStringLiteral("Müller, Hans"));
     QCOMPARE(firstAgain.text("Body"), QStringLiteral("Herr Müller"));
     QCOMPARE(firstAgain.UserProperties().Find("Akte").Value().toString(), QStringLiteral("Müller 2006"));
     QCOMPARE(store.reread(second).text("LastName"), QStringLiteral("MÜLLER"));
