@@ -5,12 +5,19 @@
 #include <QFileInfo>
 
 #include <cerrno>
+#include <utility>
 #include <cstring>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
+
+DurableStepHook &durableStepHook()
+{
+    static DurableStepHook hook;
+    return hook;
+}
 
 [[noreturn]] void fail(const QString &path, const QString &what, int error)
 {
@@ -38,6 +45,7 @@ void syncPath(const QString &path, int flags, const QString &shownPath)
         fail(shownPath, QStringLiteral("kann nicht auf die Festplatte geschrieben werden"), error);
     }
     ::close(fd);
+    DurableStep();
 }
 
 void syncFolderOf(const QString &path)
@@ -85,7 +93,7 @@ void SyncFile(const QString &path, qint64 expectedSize)
     syncFolderOf(path);
 }
 
-void MoveFileSafely(const QString &path, const QString &target)
+void PlaceFileCopy(const QString &path, const QString &target)
 {
     const QByteArray from = QFile::encodeName(path);
     const QByteArray to = QFile::encodeName(target);
@@ -100,9 +108,6 @@ void MoveFileSafely(const QString &path, const QString &target)
     } else {
         fail(target, QStringLiteral("kann nicht angelegt werden"), errno);
     }
-    if (::unlink(from.constData()) != 0)
-        fail(path, QStringLiteral("kann nicht entfernt werden"), errno);
-    syncFolderOf(path);
 }
 
 void DeleteFile(const QString &path)
@@ -110,4 +115,15 @@ void DeleteFile(const QString &path)
     if (::unlink(QFile::encodeName(path).constData()) != 0)
         fail(path, QStringLiteral("kann nicht gelöscht werden"), errno);
     syncFolderOf(path);
+}
+
+DurableStepHook SetDurableStepHook(DurableStepHook hook)
+{
+    return std::exchange(durableStepHook(), std::move(hook));
+}
+
+void DurableStep()
+{
+    if (durableStepHook())
+        durableStepHook()();
 }

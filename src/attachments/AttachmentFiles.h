@@ -5,6 +5,7 @@
 // Failures throw AttachmentFileError.
 
 #include <QString>
+#include <functional>
 
 struct AttachmentFileError {
     int number = 0; // 53 not found, 58 exists already, 70 access refused, 75 other
@@ -18,11 +19,20 @@ struct AttachmentFileError {
 // it holds expectedSize bytes (any size when expectedSize is negative).
 void SyncFile(const QString &path, qint64 expectedSize = -1);
 
-// Moves the file to target, which must not exist; an existing file is never
-// replaced. Within one file system the file is renamed; across file systems
-// it is copied, synced and compared in size before the original goes. Both
-// folders are synced.
-void MoveFileSafely(const QString &path, const QString &target);
+// Gives the file a second name, target, which must not exist; an existing
+// file is never replaced. Within one file system target is a hard link;
+// across file systems (or without hard links) a copy, synced and compared in
+// size. The target's folder is synced. The original stays: the caller
+// removes it with DeleteFile once nothing names it any more.
+void PlaceFileCopy(const QString &path, const QString &target);
 
 // Deletes the file.
 void DeleteFile(const QString &path);
+
+// Test support: called after every step that has reached the disk (each
+// fsync here, each saved item of the attachment runs), so that a test can
+// end the process at every such instant. Returns the previous hook.
+using DurableStepHook = std::function<void()>;
+DurableStepHook SetDurableStepHook(DurableStepHook hook);
+// The runs call this after each item they saved.
+void DurableStep();

@@ -43,12 +43,16 @@ void importLinks(Item &item, LinkCounts &counts)
         attachments.Add(path);
         link.Delete();
         item.Save();
+        DurableStep();
         DeleteFile(path);
     }
 }
 
 // Moves the linked files of one item into target (which ends with a
 // separator) and renews their links. A file that lies there already stays.
+// The file gets its new name first (a hard link, or a synced copy on another
+// file system), then the item is saved with the new link, and only then the
+// old name goes: at every instant the link names a file that exists.
 void moveLinks(Item &item, const QString &target, LinkCounts &counts)
 {
     Attachments attachments = item.Attachments();
@@ -66,17 +70,20 @@ void moveLinks(Item &item, const QString &target, LinkCounts &counts)
         if (QDir::cleanPath(path) == QDir::cleanPath(formed))
             continue;
         ++counts.handled;
-        MoveFileSafely(path, unique);
+        PlaceFileCopy(path, unique);
         try {
             attachments.Add(unique, olByReference);
             link.Delete();
             item.Save();
+            DurableStep();
         } catch (...) {
             LogFilesWithoutLink(QStringLiteral("MoveAttachments"), item, {unique},
-                                QStringLiteral("Verschieben abgebrochen, die Verknüpfung zeigt noch auf \"%1\"")
+                                QStringLiteral("Verschieben abgebrochen, die Verknüpfung zeigt noch auf \"%1\", "
+                                               "diese Datei ist eine überzählige Kopie")
                                     .arg(QDir::toNativeSeparators(path)));
             throw;
         }
+        DeleteFile(path);
     }
 }
 

@@ -8,7 +8,11 @@
 #include "frame/RunHost.h"
 #include "store/Store.h"
 
+#include <QFile>
 #include <QFileInfo>
+#include <QTextBoundaryFinder>
+
+#include <unistd.h>
 
 namespace {
 
@@ -31,6 +35,36 @@ QString CleanFileName(const QString &name)
     }
     kept = kept.trimmed();
     return kept.isEmpty() ? QStringLiteral("ohneName") : kept;
+}
+
+QString FitFileName(const QString &name, int maxBytes)
+{
+    if (name.toUtf8().size() <= maxBytes)
+        return name;
+    const qsizetype dot = name.lastIndexOf(u'.');
+    QString extension = dot > 0 ? name.mid(dot) : QString();
+    if (extension.toUtf8().size() * 2 > maxBytes)
+        extension.clear();
+    const QString stem = name.left(name.size() - extension.size());
+    const qsizetype room = maxBytes - extension.toUtf8().size();
+    // Whole characters (a letter with its accents) from the front, as many
+    // as fit.
+    QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, stem);
+    qsizetype kept = 0;
+    qsizetype bytes = 0;
+    for (qsizetype next = characters.toNextBoundary(); next > 0; next = characters.toNextBoundary()) {
+        bytes += stem.mid(kept, next - kept).toUtf8().size();
+        if (bytes > room)
+            break;
+        kept = next;
+    }
+    return stem.left(kept).trimmed() + extension;
+}
+
+int FileNameLimit(const QString &folder)
+{
+    const long limit = ::pathconf(QFile::encodeName(folder).constData(), _PC_NAME_MAX);
+    return limit > 0 && limit < 100000 ? int(limit) : 255;
 }
 
 QString UniqueFileName(const QString &path)
@@ -65,36 +99,40 @@ bool qualifiesForExport(const Attachment &attachment, qint64 minimumSize)
 }
 
 // Exports the qualifying attachments of one item, from the last to the first
-// (a deleted one changes the positions of those behind it), then adds the
-// links in the order noted. Returns the number exported.
+// (a deleted one changes the positions of those behind it). Each link is
+// appended in the same save that removes its attachment, so that at every
+// instant the item holds the attachment or a link to its complete file; the
+// links end up in the order noted, behind the attachments that stay, as if
+// they had been added after the last deletion. Returns the number exported.
 int exportAttachments(Item &item, const QString &folder, qint64 minimumSize)
 {
     Attachments attachments = item.Attachments();
     QStringList paths;
-    QStringList names;
-    QStringList withoutLink; // written, but their link is not saved yet
+    QStringList unsaved; // written, but the item does not name them yet
+    // The room for a name leaves space for the number that UniqueFileName
+    // may add ("(12)").
+    const int nameRoom = FileNameLimit(folder) - 8;
     try {
         for (int n = attachments.Count(); n >= 1; --n) {
             Attachment attachment = attachments.Item(n);
             if (!qualifiesForExport(attachment, minimumSize))
                 continue;
-            const QString path = UniqueFileName(folder + CleanFileName(attachment.FileName()));
-            paths << path;
-            names << attachment.FileName();
+            const QString path = UniqueFileName(folder + FitFileName(CleanFileName(attachment.FileName()), nameRoom));
+            const QString name = attachment.FileName();
             attachment.SaveAsFile(path);
             SyncFile(path, attachment.Size());
-            withoutLink << path;
+            unsaved << path;
             attachment.Delete();
+            attachments.Add(path, olByReference, 0, name);
             item.Save();
-        }
-        for (qsizetype k = 0; k < paths.size(); ++k) {
-            attachments.Add(paths.at(k), olByReference, 0, names.at(k));
-            item.Save();
-            withoutLink.removeOne(paths.at(k));
+            DurableStep();
+            unsaved.removeOne(path);
+            paths << path;
         }
     } catch (...) {
-        LogFilesWithoutLink(QStringLiteral("SaveAttachments"), item, withoutLink,
-                            QStringLiteral("Export abgebrochen, diese Dateien haben keine Verknüpfung"));
+        LogFilesWithoutLink(QStringLiteral("SaveAttachments"), item, unsaved,
+                            QStringLiteral("Export abgebrochen, die Anlage blieb im Element, diese Datei ist eine "
+                                           "überzählige Kopie"));
         throw;
     }
     return int(paths.size());

@@ -9,6 +9,16 @@
 // order), trimmed; "ohneName" when nothing remains.
 [[nodiscard]] QString CleanFileName(const QString &name);
 
+// The name cut to at most maxBytes bytes of UTF-8, the form file names take
+// on the disk: the end of the stem goes, the extension (from the last ".",
+// when it is shorter than half the room) stays, and no character is cut in
+// two (nor a letter from its accent). A name that fits is returned as it is.
+[[nodiscard]] QString FitFileName(const QString &name, int maxBytes);
+
+// The longest file name in bytes that the folder's file system takes (255
+// where it does not say).
+[[nodiscard]] int FileNameLimit(const QString &folder);
+
 // A path that does not exist yet: the path itself, or the path with "(1)",
 // "(2)", ... set in front of its last "." (at the end when it has none). The
 // last "." of the whole path counts, even one in a folder name. Anything at

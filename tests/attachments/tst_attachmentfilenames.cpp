@@ -16,6 +16,8 @@ private slots:
     void initTestCase();
     void cleanFileName_data();
     void cleanFileName();
+    void fitFileName_data();
+    void fitFileName();
     void uniqueFileName_data();
     void uniqueFileName();
     void uniqueFileNameNumbersOnAfterEachSave();
@@ -58,6 +60,33 @@ void tst_AttachmentFileNames::cleanFileName()
     QFETCH(QString, name);
     QFETCH(QString, expected);
     QCOMPARE(CleanFileName(name), expected);
+}
+
+void tst_AttachmentFileNames::fitFileName_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<int>("maxBytes");
+    QTest::addColumn<QString>("expected");
+    const QString a130(130, u'ä');
+    QTest::newRow("passt") << "Bericht.pdf" << 11 << "Bericht.pdf";
+    QTest::newRow("130 ä: Endung bleibt, kein halbes ä") << a130 + ".txt" << 247 << QString(121, u'ä') + ".txt";
+    QTest::newRow("ungerade Grenze") << a130 + ".txt" << 248 << QString(122, u'ä') + ".txt";
+    QTest::newRow("Akzent bleibt am Buchstaben") << QStringLiteral("e\u0301e\u0301e\u0301.doc") << 10
+                                                << QStringLiteral("e\u0301e\u0301.doc");
+    QTest::newRow("Zeichen außerhalb der Grundebene") << QStringLiteral("\U0001F600\U0001F600\U0001F600") << 11
+                                                     << QStringLiteral("\U0001F600\U0001F600");
+    QTest::newRow("lange Endung zählt nicht") << "ab." + QString(20, u'x') << 10 << "ab.xxxxxxx";
+    QTest::newRow("ohne Endung") << QString(300, u'x') << 255 << QString(255, u'x');
+}
+
+void tst_AttachmentFileNames::fitFileName()
+{
+    QFETCH(QString, name);
+    QFETCH(int, maxBytes);
+    QFETCH(QString, expected);
+    const QString fitted = FitFileName(name, maxBytes);
+    QCOMPARE(fitted, expected);
+    QVERIFY(fitted.toUtf8().size() <= maxBytes);
 }
 
 void tst_AttachmentFileNames::uniqueFileName_data()

@@ -1,13 +1,21 @@
 // Re-import and move of link attachments on a real profile: the round trip
 // byte for byte, links whose file is gone, user-made links, a same-named file
-// in the target, the folder question, and a failing save.
+// in the target, the folder question, a failing save, and the three runs
+// killed at every step that reached the disk (the test starts itself as the
+// program that is killed).
+#include "attachments/AttachmentFiles.h"
 #include "attachments/AttachmentFixture.h"
 #include "attachments/AttachmentSaveFunctions.h"
 #include "attachments/BrowseForFolderFunctions.h"
 
+#include <QApplication>
 #include <QLocale>
+#include <QProcess>
 #include <QTemporaryDir>
 
+#include <algorithm>
+#include <cstdio>
+#include <csignal>
 #include <sys/stat.h>
 
 namespace {
@@ -34,6 +42,53 @@ public:
 private:
     FolderBrowser m_previous;
 };
+
+// A second file system for the target of a move, or an empty text.
+QString otherFileSystemFolder(const QTemporaryDir &dir, const QString &here)
+{
+    struct stat a {}, b {};
+    if (!dir.isValid() || ::stat(QFile::encodeName(dir.path()).constData(), &b) != 0
+        || ::stat(QFile::encodeName(here).constData(), &a) != 0 || a.st_dev == b.st_dev)
+        return {};
+    return dir.path();
+}
+
+// The killed program: runs one command on the profile of the arguments and
+// ends itself with SIGKILL right after its killAt-th step on the disk.
+// Arguments: --child-run command programFolder settingsFile profile killAt target
+int runChild(const QStringList &args)
+{
+    SetProgramFolder(args.at(3));
+    SetSettingsFile(args.at(4));
+    SetProfileFolder(args.at(5));
+    QuietRunHost host;
+    SetRunHost(&host);
+    MessageRecorder boxes;
+    NodeTree tree;
+    tree.setImageList(FolderImageList());
+    SetFolderTree(&tree);
+    tvwFolderFill();
+    const int inbox = nodeOfPath(tree, SelectionFixture::fullPath(QStringLiteral("Posteingang")));
+    tree.setChecked(inbox, true);
+    tree.setSelectedIndex(inbox);
+    int steps = 0;
+    const int killAt = args.at(6).toInt();
+    SetDurableStepHook([&] {
+        if (++steps == killAt)
+            std::raise(SIGKILL);
+    });
+    SetFolderBrowser([target = args.at(7)](const QString &) { return target; });
+    if (args.at(2) == u"export")
+        SaveAttachments();
+    else if (args.at(2) == u"move")
+        MoveAttachments();
+    else
+        ImportAttachments();
+    SetFolderTree(nullptr);
+    for (const MessageRequest &box : boxes.requests())
+        std::fprintf(stderr, "%s\n", qPrintable(box.prompt));
+    return boxes.count() == 1 && boxes.last().buttons == int(MsgInformation) ? 0 : 5;
+}
 
 Item addLinkMail(const QString &subject, const QStringList &paths)
 {
@@ -62,6 +117,8 @@ private slots:
     void moveCancelledDoesNothing();
     void moveCountsLinksWithoutFile();
     void moveAcrossFileSystems();
+    void killedAtEveryStepLosesNoLink_data();
+    void killedAtEveryStepLosesNoLink();
 };
 
 void tst_AttachmentLinks::initTestCase()
@@ -297,5 +354,86 @@ void tst_AttachmentLinks::moveAcrossFileSystems()
     QCOMPARE(f.reread(mail).Attachments().Item(1).GetProperty(PR_ATTACH_PATHNAME).toString(), moved);
 }
 
-QTEST_MAIN(tst_AttachmentLinks)
+void tst_AttachmentLinks::killedAtEveryStepLosesNoLink_data()
+{
+    QTest::addColumn<QString>("command");
+    QTest::addColumn<bool>("otherFileSystem");
+    QTest::newRow("Export") << "export" << false;
+    QTest::newRow("Verschieben") << "move" << false;
+    QTest::newRow("Verschieben auf ein anderes Dateisystem") << "move" << true;
+    QTest::newRow("Import") << "import" << false;
+}
+
+// At every instant each attachment is in its item or in a file that a link
+// of the item names: killed after any step, no link names a missing file and
+// every attachment is there exactly once, byte for byte.
+void tst_AttachmentLinks::killedAtEveryStepLosesNoLink()
+{
+    QFETCH(QString, command);
+    QFETCH(bool, otherFileSystem);
+    const QList<AttachmentSample> first{{"Angebot.pdf", SampleBytes(7000, 11)}, {"Skizze.png", SampleBytes(3000, 12)}};
+    const QList<AttachmentSample> second{{"Liste.csv", SampleBytes(5000, 13)}};
+    for (int killAt = 1;; ++killAt) {
+        AttachmentFixture f;
+        QTemporaryDir shm(QStringLiteral("/dev/shm/varnex-test-XXXXXX"));
+        QString target = QDir(f.environment.folder()).filePath(QStringLiteral("Ziel"));
+        QDir().mkpath(target);
+        if (otherFileSystem) {
+            target = otherFileSystemFolder(shm, f.exportFolder);
+            if (target.isEmpty())
+                QSKIP("no second file system at /dev/shm");
+        }
+        const QList<Item> mails{f.addMail("Posteingang", "Eins", first), f.addMail("Posteingang", "Zwei", second)};
+        if (command != u"export") {
+            f.readTree();
+            QVERIFY(f.select({"Posteingang"}));
+            MessageRecorder boxes;
+            SaveAttachments();
+            QCOMPARE(boxes.last().prompt, QStringLiteral("3 Anlagen gespeichert."));
+        }
+        QProcess child;
+        child.start(QCoreApplication::applicationFilePath(),
+                    {QStringLiteral("--child-run"), command, f.environment.folder(), f.environment.settingsFile(),
+                     f.profile.path(), QString::number(killAt), target});
+        QVERIFY(child.waitForFinished(120000));
+        const bool killed = child.exitStatus() == QProcess::CrashExit;
+        QVERIFY2(killed || child.exitCode() == 0,
+                 qPrintable(QStringLiteral("Schritt %1, Ende %2: ").arg(killAt).arg(child.exitCode())
+                            + QString::fromUtf8(child.readAllStandardError())));
+
+        for (int m = 0; m < mails.size(); ++m) {
+            const Item mail = f.reread(mails.at(m));
+            const Attachments attachments = mail.Attachments();
+            QList<QByteArray> held;
+            for (int i = 1; i <= attachments.Count(); ++i) {
+                const Attachment a = attachments.Item(i);
+                if (a.Type() != olByReference) {
+                    held << AttachmentBytes(a, f.scratch);
+                    continue;
+                }
+                const QString path = a.GetProperty(PR_ATTACH_PATHNAME).toString();
+                QVERIFY2(FileExists(path), qPrintable(QStringLiteral("Schritt %1: %2 fehlt").arg(killAt).arg(path)));
+                held << ReadWholeFile(path);
+            }
+            QList<QByteArray> expected;
+            for (const AttachmentSample &sample : m == 0 ? first : second)
+                expected << sample.content;
+            std::sort(held.begin(), held.end());
+            std::sort(expected.begin(), expected.end());
+            QVERIFY2(held == expected, qPrintable(QStringLiteral("Schritt %1, Mail %2").arg(killAt).arg(m + 1)));
+        }
+        if (!killed)
+            break;
+    }
+}
+
+int main(int argc, char *argv[])
+{
+    QApplication app(argc, argv);
+    if (argc >= 2 && QByteArray(argv[1]) == "--child-run")
+        return runChild(app.arguments());
+    tst_AttachmentLinks test;
+    QTEST_SET_MAIN_SOURCE_PATH
+    return QTest::qExec(&test, argc, argv);
+}
 #include "tst_attachmentlinks.moc"
