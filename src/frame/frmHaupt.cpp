@@ -169,6 +169,11 @@ void frmHaupt::mnuInfoClick()
 
 void frmHaupt::cmdAktualisierenClick()
 {
+    // A click while the tree is being read (the window stays usable) would
+    // only announce the running read before it ends; that read gives the
+    // message once, when it is done.
+    if (FolderData().reading)
+        return;
     tvwFolderFill();
     ShowMessage(QStringLiteral("Alle Ordner neu eingelesen."), MsgInformation, QStringLiteral("Info!"));
 }

@@ -200,13 +200,13 @@ void StoreFile::mapPid(qint64 pid, int slot)
 void StoreFile::loadFolders()
 {
     QSqlQuery q(db());
-    if (!q.exec(QStringLiteral("SELECT id, parent, name, container_class, message_class, default_type FROM folders")))
+    if (!q.exec(QStringLiteral("SELECT id, parent, name, container_class, message_class, default_type FROM folders ORDER BY id")))
         fail(q, QStringLiteral("Lesen der Ordner"));
     m_folders.clear();
+    m_children.clear();
     while (q.next()) {
-        FolderRow row{q.value(0).toLongLong(), q.value(1).toLongLong(), q.value(2).toString(),
-                      q.value(3).toString(), q.value(4).toString(), q.value(5).toInt()};
-        m_folders.insert(row.id, row);
+        indexFolder(FolderRow{q.value(0).toLongLong(), q.value(1).toLongLong(), q.value(2).toString(),
+                              q.value(3).toString(), q.value(4).toString(), q.value(5).toInt()});
     }
 }
 

@@ -138,6 +138,7 @@ private:
     void loadDictionary();
     void mapPid(qint64 pid, int slot);
     void loadFolders();
+    void indexFolder(const FolderRow &row);
     qint64 dataVersion();
     void bindItem(QSqlQuery &q, const ItemData &item, const QByteArray &blob);
     std::shared_ptr<ItemData> fromRow(const QSqlQuery &q);
@@ -151,6 +152,7 @@ private:
     QString m_storeId;
     QString m_displayName;
     QHash<qint64, FolderRow> m_folders;
+    QHash<qint64, QList<qint64>> m_children; // subfolders by parent, in id order
     QVector<qint64> m_pidOfSlot;
     QVector<int> m_slotOfPid; // by pid; pids are small row numbers
     QHash<qint64, std::weak_ptr<ItemData>> m_loaded;

@@ -21,12 +21,14 @@ bool StoreFile::hasFolder(qint64 id)
 
 QList<qint64> StoreFile::subfolders(qint64 parent)
 {
-    QList<qint64> ids;
-    for (const FolderRow &row : std::as_const(m_folders))
-        if (row.parent == parent)
-            ids << row.id;
-    std::sort(ids.begin(), ids.end());
-    return ids;
+    return m_children.value(parent);
+}
+
+void StoreFile::indexFolder(const FolderRow &row)
+{
+    m_folders.insert(row.id, row);
+    QList<qint64> &siblings = m_children[row.parent];
+    siblings.insert(std::lower_bound(siblings.begin(), siblings.end(), row.id), row.id);
 }
 
 qint64 StoreFile::root()
@@ -72,7 +74,7 @@ qint64 StoreFile::addFolder(qint64 parent, const QString &name, const QString &c
     }
     const qint64 id = q.lastInsertId().toLongLong();
     commit();
-    m_folders.insert(id, FolderRow{id, parent, name, containerClass, messageClass, defaultType});
+    indexFolder(FolderRow{id, parent, name, containerClass, messageClass, defaultType});
     return id;
 }
 
