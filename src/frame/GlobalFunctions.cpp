@@ -70,14 +70,34 @@ void ShowError(const QString &description, const QVariant &number, int errorId, 
     ShowMessage(lines.join(QStringLiteral("\r\n")), MsgStop, QStringLiteral("Fehler!"));
 }
 
+namespace {
+
+// The bytes of a log text: ISO 8859-1, and every character outside it as
+// \uXXXX (\UXXXXXXXX beyond U+FFFF), so that the user can find "日本.txt"
+// again.
+QByteArray LogText(const QString &text)
+{
+    QByteArray bytes;
+    bytes.reserve(text.size());
+    for (const char32_t c : text.toUcs4()) {
+        if (c <= 0xFF)
+            bytes += char(c);
+        else if (c <= 0xFFFF)
+            bytes += "\\u" + QByteArray::number(uint(c), 16).toUpper().rightJustified(4, '0');
+        else
+            bytes += "\\U" + QByteArray::number(uint(c), 16).toUpper().rightJustified(8, '0');
+    }
+    return bytes;
+}
+
+} // namespace
+
 bool WriteErrorLog(const QString &text, const QString &sub)
 {
     const QString crlf = QStringLiteral("\r\n");
     const QString entry = QStringLiteral("Date: ") + GermanDateTime(QDateTime::currentDateTime())
         + QStringLiteral("Sub: ") + sub + crlf + crlf + text + crlf + QString(76, u'-') + crlf;
-    // The log is plain 8-bit text (ISO 8859-1); characters outside it become '?'.
-    QStringEncoder toLatin1(QStringEncoder::Latin1);
-    const QByteArray bytes = toLatin1.encode(entry);
+    const QByteArray bytes = LogText(entry);
 
     QFile log(ProgramFile(QStringLiteral("errorlog.txt")));
     const bool ok = log.open(QIODevice::WriteOnly | QIODevice::Append)

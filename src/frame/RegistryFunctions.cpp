@@ -1,4 +1,5 @@
 #include "frame/RegistryFunctions.h"
+#include "frame/SettingValues.h"
 
 #include "frame/FileWatch.h"
 #include "frame/GlobalFunctions.h"
@@ -78,11 +79,37 @@ bool GetBoolSetting(const QString &name, bool defaultValue)
     return defaultValue;
 }
 
+std::optional<bool> TextAsBoolean(const QString &text)
+{
+    const QString trimmed = text.trimmed();
+    for (const char *word : {"true", "wahr"}) {
+        if (trimmed.compare(QLatin1String(word), Qt::CaseInsensitive) == 0)
+            return true;
+    }
+    for (const char *word : {"false", "falsch"}) {
+        if (trimmed.compare(QLatin1String(word), Qt::CaseInsensitive) == 0)
+            return false;
+    }
+    bool isNumber = false;
+    const double value = trimmed.toDouble(&isNumber);
+    if (isNumber)
+        return value != 0.0;
+    return std::nullopt;
+}
+
 void SaveSetting(const QString &name, const QString &value)
 {
+    SaveSettings({{name, value}});
+}
+
+void SaveSettings(const SettingValues &values)
+{
+    if (values.isEmpty())
+        return;
     QDir().mkpath(QFileInfo(SettingsFile()).absolutePath());
     QSettings store(SettingsFile(), QSettings::IniFormat);
-    store.setValue(groupKey(name), value);
+    for (const auto &[name, value] : values)
+        store.setValue(groupKey(name), value);
     store.sync();
     ++s_generation;
     if (store.status() != QSettings::NoError)

@@ -117,6 +117,9 @@ void frmHaupt::buildLayout()
     barScroller->setWidget(m_outBar);
     barScroller->setWidgetResizable(true);
     barScroller->setFrameShape(QFrame::NoFrame);
+    // The buttons of the bar take the focus; the scroller around them would
+    // be a tab stop that shows nothing.
+    barScroller->setFocusPolicy(Qt::NoFocus);
     barScroller->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     barScroller->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
     m_outBar->setMinimumWidth(m_outBar->sizeHint().width());

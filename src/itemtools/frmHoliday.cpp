@@ -26,8 +26,11 @@ QComboBox *textWithList(const QString &name, QWidget *parent)
     auto *field = new QComboBox(parent);
     field->setObjectName(name);
     field->setEditable(true);
-    // Typed text is not added to the list; the list is the program's.
+    // Typed text is not added to the list; the list is the program's. No
+    // completion either: "B" must stay "B", not become "BB" and insert
+    // Brandenburg's holidays.
     field->setInsertPolicy(QComboBox::NoInsert);
+    field->setCompleter(nullptr);
     return field;
 }
 

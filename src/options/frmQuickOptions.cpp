@@ -103,6 +103,7 @@ frmQuickOptions::frmQuickOptions(QWidget *parent)
     auto *layoutField = new QComboBox(m_frMain[3]);
     layoutField->setObjectName(QStringLiteral("cmbFileAsLayoutEx"));
     layoutField->setEditable(true);
+    layoutField->setCompleter(nullptr); // a typed layout is stored as typed
     names->addWidget(layoutField);
     names->addWidget(label(QStringLiteral("sevLabel8"),
                            QStringLiteral("Hinweis: In den Optionen können Sie auch ein individuelles Format festlegen."),

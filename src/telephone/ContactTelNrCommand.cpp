@@ -4,11 +4,14 @@
 
 #include "folders/FolderFunctions.h"
 #include "frame/RegistryFunctions.h"
+#include "frame/SettingValues.h"
 #include "store/MAPIFolder.h"
 
 void RunContactTelNr()
 {
-    const bool hideFax = GetBoolSetting(QStringLiteral("HideFax"), false);
+    // Text converted to a Boolean like the other switches ("-1", "Wahr");
+    // what converts to nothing counts as off.
+    const bool hideFax = TextAsBoolean(GetSetting(QStringLiteral("HideFax"), QStringLiteral("0"))).value_or(false);
     const FolderSelection selection = CollectFolders(QString::fromLatin1(FolderKind::OnlyContacts));
     if (!selection.ok)
         return;

@@ -7,7 +7,12 @@
 #include "frame/frmHaupt.h"
 #include "support/TestSupport.h"
 
+#include <QAbstractButton>
+#include <QAbstractItemView>
+#include <QAbstractSlider>
 #include <QAction>
+#include <QComboBox>
+#include <QLineEdit>
 #include <QGroupBox>
 #include <QLabel>
 #include <QMenu>
@@ -36,6 +41,7 @@ private slots:
     void runningDisablesCommandsButNotEndOrHelp();
     void runStartDropsDuplicateResult();
     void runEndLeavesDuplicateResult();
+    void everyTabStopIsAVisibleControl();
 
 private:
     // Registers a recorder for every command key.
@@ -258,6 +264,21 @@ void tst_frmHaupt::runEndLeavesDuplicateResult()
     QVERIFY(m_window->cmdDupsClose()->isEnabled());
     QTest::mouseClick(m_window->cmdDupsClose(), Qt::LeftButton);
     QVERIFY(m_ran.contains(QStringLiteral("DupsClose")));
+}
+
+// Tab never lands on something that shows no focus (a scroller, a frame).
+void tst_frmHaupt::everyTabStopIsAVisibleControl()
+{
+    m_window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_window));
+    for (QWidget *w : m_window->findChildren<QWidget *>()) {
+        if (!(w->focusPolicy() & Qt::TabFocus) || !w->isVisibleTo(m_window) || !w->isEnabled())
+            continue;
+        const bool control = qobject_cast<QAbstractButton *>(w) || qobject_cast<QAbstractItemView *>(w)
+            || qobject_cast<QLineEdit *>(w) || qobject_cast<QComboBox *>(w) || qobject_cast<QAbstractSlider *>(w);
+        QVERIFY2(control, w->metaObject()->className());
+        QVERIFY2(!w->visibleRegion().isEmpty(), qPrintable(w->objectName()));
+    }
 }
 
 QTEST_MAIN(tst_frmHaupt)

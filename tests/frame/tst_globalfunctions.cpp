@@ -15,6 +15,7 @@ private slots:
     void errorBoxHasFourLines_data();
     void errorBoxHasFourLines();
     void errorIdOneIsOnlyLogged();
+    void logIsLatin1_data();
     void logIsLatin1();
     void failingLogShowsOneBoxAndNeverLoops();
     void messageWithoutHandlerAnswersDefaultButton_data();
@@ -80,14 +81,26 @@ void tst_GlobalFunctions::errorIdOneIsOnlyLogged()
     QVERIFY(env.readLog().contains(QStringLiteral("Err. No.: 5, Err. Des.: Speicher nicht lesbar, Info: Clear")));
 }
 
+void tst_GlobalFunctions::logIsLatin1_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::newRow("Umlaute in Latin-1") << "Größe ändern" << QByteArray("Gr\xf6\xdf" "e \xe4ndern");
+    QTest::newRow("Euro") << "5 €" << QByteArray("5 \\u20AC");
+    QTest::newRow("Japanisch") << "/Anlagen/日本.txt" << QByteArray("/Anlagen/\\u65E5\\u672C.txt");
+    QTest::newRow("jenseits von U+FFFF") << "Bild 😀.png" << QByteArray("Bild \\U0001F600.png");
+}
+
 void tst_GlobalFunctions::logIsLatin1()
 {
+    QFETCH(QString, text);
+    QFETCH(QByteArray, bytes);
     TestEnvironment env(false, false);
-    WriteErrorLog(QStringLiteral("Größe ändern €"), QStringLiteral("1"));
+    WriteErrorLog(text, QStringLiteral("1"));
     QFile f(env.folder() + QStringLiteral("/errorlog.txt"));
     QVERIFY(f.open(QIODevice::ReadOnly));
-    const QByteArray bytes = f.readAll();
-    QVERIFY(bytes.contains("Gr\xf6\xdf" "e \xe4ndern ?"));
+    const QByteArray written = f.readAll();
+    QVERIFY2(written.contains("\r\n\r\n" + bytes + "\r\n"), written.constData());
 }
 
 void tst_GlobalFunctions::failingLogShowsOneBoxAndNeverLoops()

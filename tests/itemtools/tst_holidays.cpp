@@ -97,6 +97,8 @@ private slots:
     void shippedTables();
     void dialogInsertsIntoTickedCalendars();
     void dialogWithoutCalendar();
+    void dialogTakesCodeAsTyped_data();
+    void dialogTakesCodeAsTyped();
 };
 
 void tst_Holidays::initTestCase()
@@ -328,6 +330,38 @@ void tst_Holidays::dialogWithoutCalendar()
     auto *insert = dialog.findChild<QPushButton *>(QStringLiteral("cmdEinfügen"));
     QVERIFY(insert && !insert->isEnabled());
     QCOMPARE(dialog.findChild<QComboBox *>(QStringLiteral("txtState"))->count(), 16);
+}
+
+void tst_Holidays::dialogTakesCodeAsTyped_data()
+{
+    QTest::addColumn<QString>("country");
+    QTest::addColumn<QString>("typed");
+    QTest::newRow("B ist nicht BB") << "DE" << "B";
+    QTest::newRow("S ist nicht SH") << "CH" << "S";
+    QTest::newRow("N ist nicht NI") << "DE" << "N";
+}
+
+// A partly typed code is no code: no completion picks a state for the user.
+void tst_Holidays::dialogTakesCodeAsTyped()
+{
+    QFETCH(QString, country);
+    QFETCH(QString, typed);
+    HolidayProfile p(true);
+    QVERIFY(p.select({"Kalender"}));
+    MessageRecorder messages;
+    frmHoliday dialog;
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    auto *countryField = dialog.findChild<QComboBox *>(QStringLiteral("txtCountry"));
+    auto *state = dialog.findChild<QComboBox *>(QStringLiteral("txtState"));
+    countryField->lineEdit()->selectAll();
+    QTest::keyClicks(countryField->lineEdit(), country);
+    state->lineEdit()->setFocus();
+    QTest::keyClicks(state->lineEdit(), typed);
+    QCOMPARE(state->currentText(), typed);
+    QTest::mouseClick(dialog.findChild<QPushButton *>(QStringLiteral("cmdEinfügen")), Qt::LeftButton);
+    QCOMPARE(messages.last().prompt, kChooseState);
+    QCOMPARE(SelectionFixture::folder("Kalender").Items().Count(), 0);
 }
 
 QTEST_MAIN(tst_Holidays)

@@ -26,6 +26,7 @@ private slots:
     void initTestCase();
     void init();
     void cleanup();
+    void telRunsOnTickedFolders_data();
     void telRunsOnTickedFolders();
     void telRefusesOtherFolders();
     void undoRunsTheTickedPasses_data();
@@ -99,17 +100,32 @@ void tst_ContactCommands::tickAndMark(const QStringList &paths)
     m_tree->setSelectedIndex(nodeOfPath(*m_tree, Store + u'/' + paths.first()));
 }
 
+void tst_ContactCommands::telRunsOnTickedFolders_data()
+{
+    QTest::addColumn<QString>("hideFax");
+    QTest::addColumn<QString>("fax");
+    QTest::newRow("HideFax 1") << "1" << "Fax: +49 (30) 1";
+    QTest::newRow("HideFax -1") << "-1" << "Fax: +49 (30) 1";
+    QTest::newRow("HideFax True") << "True" << "Fax: +49 (30) 1";
+    QTest::newRow("HideFax Wahr") << " wahr " << "Fax: +49 (30) 1";
+    QTest::newRow("HideFax 0") << "0" << "+49 (30) 1";
+    QTest::newRow("HideFax Falsch") << "Falsch" << "+49 (30) 1";
+    QTest::newRow("HideFax unlesbar") << "vielleicht" << "+49 (30) 1";
+}
+
 void tst_ContactCommands::telRunsOnTickedFolders()
 {
+    QFETCH(QString, hideFax);
+    QFETCH(QString, fax);
     const Item one = addContact("Kontakte", "BusinessFaxNumber", "030 1");
     const Item two = addContact("Kontakte/Kunden", "HomeTelephoneNumber", "0221 2");
     const Item untouched = addContact("Kontakte", "HomeTelephoneNumber", "+49 (30) 3");
-    SaveSetting("HideFax", "1");
+    SaveSetting("HideFax", hideFax);
     tickAndMark({"Kontakte", "Kontakte/Kunden"});
     QVERIFY(RunCommand("Tel"));
     QCOMPARE(m_boxes->count(), 1);
     QCOMPARE(m_boxes->last().prompt, QStringLiteral("2 Kontakt(e) geändert."));
-    QCOMPARE(one.text("BusinessFaxNumber"), QStringLiteral("Fax: +49 (30) 1"));
+    QCOMPARE(one.text("BusinessFaxNumber"), fax);
     QCOMPARE(two.text("HomeTelephoneNumber"), QStringLiteral("+49 (221) 2"));
     QCOMPARE(untouched.UserProperties().Count(), 0);
     QVERIFY(!m_host.running);
