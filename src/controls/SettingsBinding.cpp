@@ -73,21 +73,28 @@ void LoadBoundSettings(QWidget *form)
     }
 }
 
-void SaveBoundSettings(QWidget *form)
+SettingValues BoundSettingValues(QWidget *form)
 {
+    SettingValues values;
     for (QWidget *control : form->findChildren<QWidget *>()) {
         const QString name = control->objectName().mid(3);
         switch (kindOf(control)) {
         case BoundKind::Text:
-            SaveSetting(name, textOf(control));
+            values.append({name, textOf(control)});
             break;
         case BoundKind::Check:
         case BoundKind::Option:
-            SaveSetting(name, static_cast<QAbstractButton *>(control)->isChecked() ? QStringLiteral("1")
-                                                                                  : QStringLiteral("0"));
+            values.append({name, static_cast<QAbstractButton *>(control)->isChecked() ? QStringLiteral("1")
+                                                                                     : QStringLiteral("0")});
             break;
         case BoundKind::None:
             break;
         }
     }
+    return values;
+}
+
+void SaveBoundSettings(QWidget *form)
+{
+    SaveSettings(BoundSettingValues(form));
 }

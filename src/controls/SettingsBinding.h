@@ -10,8 +10,9 @@
 // other control is left alone. Frames with a check box in their title
 // (checkable group boxes) are not bound: their dialog stores them by hand.
 
+#include "frame/SettingValues.h"
+
 class QWidget;
-class QString;
 
 // The setting name of a bound control, or an empty text when the control is
 // not bound.
@@ -21,5 +22,7 @@ QString BoundSettingName(const QWidget *control);
 // GetBoolSetting(name, false).
 void LoadBoundSettings(QWidget *form);
 
-// Writing direction: SaveSetting for every bound control, touched or not.
+// Writing direction: the value of every bound control, touched or not ...
+SettingValues BoundSettingValues(QWidget *form);
+// ... written in one go.
 void SaveBoundSettings(QWidget *form);

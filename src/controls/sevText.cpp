@@ -110,7 +110,9 @@ void sevText::setTextMode()
     m_maximum = 0;
     m_editor->setValidator(nullptr);
     m_editor->setMaxLength(32767);
+    m_editor->setReadOnly(false);
     m_folderButton->hide();
+    m_folderButton->setFocusPolicy(Qt::NoFocus);
 }
 
 void sevText::setNumberMode(int maximum)
@@ -126,6 +128,10 @@ void sevText::setFolderMode()
 {
     setTextMode();
     m_mode = Mode::Folder;
+    // The path comes from the chooser only; its button is a tab stop of its
+    // own (Space opens it, as do F4 and Alt+Down in the field).
+    m_editor->setReadOnly(true);
+    m_folderButton->setFocusPolicy(Qt::StrongFocus);
     m_folderButton->show();
 }
 
@@ -296,6 +302,10 @@ bool sevText::eventFilter(QObject *watched, QEvent *event)
     if (watched == m_editor) {
         const bool opens = key->key() == Qt::Key_F4
             || (key->key() == Qt::Key_Down && (key->modifiers() & Qt::AltModifier));
+        if (opens && m_mode == Mode::Folder) {
+            chooseFolder();
+            return true;
+        }
         if (opens && !m_listFile.isEmpty()) {
             showList();
             return true;

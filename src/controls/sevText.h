@@ -12,8 +12,9 @@
 // binding of controls to settings reads and writes.
 //
 // Modes: Text; Number, which takes digits only and cuts a value above the
-// maximum down to it when editing ends; Folder, with a chooser button that
-// asks for a folder and sets its path as the text.
+// maximum down to it when editing ends; Folder, read-only, with a chooser
+// button (a tab stop of its own; F4 and Alt+Down in the field open it too)
+// that asks for a folder and sets its path as the text.
 //
 // The checked look: setChecked(true) shows the text emphasised (bold), as
 // for a name that has been resolved; any change of the text takes the

@@ -57,10 +57,17 @@ std::optional<std::array<int, 3>> LoadPrioritySliders()
     return sliders;
 }
 
+SettingValues PrioritySliderValues(const std::array<int, 3> &sliders)
+{
+    SettingValues values;
+    for (int i = 0; i < 3; ++i)
+        values.append({QStringLiteral("Priority.%1").arg(sliders[i]), QString::number(i)});
+    return values;
+}
+
 void SavePrioritySliders(const std::array<int, 3> &sliders)
 {
-    for (int i = 0; i < 3; ++i)
-        SaveSetting(QStringLiteral("Priority.%1").arg(sliders[i]), QString::number(i));
+    SaveSettings(PrioritySliderValues(sliders));
 }
 
 const QStringList &DuplicateTypeCaptions()

@@ -2,6 +2,8 @@
 // The rules behind the options dialogs that need no widget: the country quick
 // selection, the priority sliders, the check on OK and the layout editing.
 
+#include "frame/SettingValues.h"
+
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -31,6 +33,7 @@ void RepairPriorities(std::array<int, 3> &sliders, int changed);
 // is no slider index.
 std::optional<std::array<int, 3>> LoadPrioritySliders();
 // The reverse: writes Priority.<value of slider i> = i.
+SettingValues PrioritySliderValues(const std::array<int, 3> &sliders);
 void SavePrioritySliders(const std::array<int, 3> &sliders);
 
 // The six item types of the duplicate pages, in tab order.

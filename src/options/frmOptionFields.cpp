@@ -3,6 +3,7 @@
 #include "controls/sevText.h"
 #include "options/OptionsLogic.h"
 
+#include <QCollator>
 #include <QComboBox>
 #include <QEvent>
 #include <QLineEdit>
@@ -87,10 +88,11 @@ QComboBox *CreateCountrySelectBox(QWidget *parent)
     auto *box = new QComboBox(parent);
     box->setObjectName(QStringLiteral("cmbCountrySelect"));
     box->setProperty("Tag", QStringLiteral("n"));
+    // German order whatever the machine's locale: "Österreich" after
+    // "Niederlande", not after "Vereinigtes Königreich" as under C.UTF-8.
     QStringList sorted = CountrySelectEntries();
-    std::sort(sorted.begin(), sorted.end(), [](const QString &a, const QString &b) {
-        return QString::localeAwareCompare(a, b) < 0;
-    });
+    const QCollator german(QLocale(QLocale::German, QLocale::Germany));
+    std::sort(sorted.begin(), sorted.end(), german);
     box->addItems(sorted);
     box->setCurrentIndex(-1);
     return box;

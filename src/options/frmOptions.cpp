@@ -13,6 +13,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSlider>
+#include <QStackedLayout>
 #include <QTabBar>
 #include <QVBoxLayout>
 
@@ -98,6 +99,8 @@ void frmOptions::showMainPage(int index)
 
 void frmOptions::showTypePage(int index)
 {
+    if (auto *stack = qobject_cast<QStackedLayout *>(m_frmTab[0]->parentWidget()->layout()))
+        stack->setCurrentIndex(index);
     for (int i = 0; i < int(m_frmTab.size()); ++i)
         m_frmTab[i]->setVisible(i == index);
 }
@@ -173,8 +176,10 @@ void frmOptions::clickOk()
 {
     if (!checkPassed())
         return;
-    SaveBoundSettings(this);
-    SavePrioritySliders(m_sliderValues);
-    SaveSetting(QStringLiteral("FilterTel"), m_frFilterTel->isChecked() ? QStringLiteral("1") : QStringLiteral("0"));
+    // All of the dialog in one write of the file, on the disk when OK returns.
+    SettingValues values = BoundSettingValues(this);
+    values += PrioritySliderValues(m_sliderValues);
+    values.append({QStringLiteral("FilterTel"), m_frFilterTel->isChecked() ? QStringLiteral("1") : QStringLiteral("0")});
+    SaveSettings(values);
     accept();
 }

@@ -21,7 +21,10 @@
 #include <QRadioButton>
 #include <QSlider>
 #include <QTabBar>
+#include <QStackedLayout>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace {
 
@@ -102,7 +105,9 @@ void frmOptions::buildDuplicatePage(QFrame *page)
     layout->addWidget(m_tabStrip1);
 
     auto *typePages = new QWidget(page);
-    auto *typeLayout = new QVBoxLayout(typePages);
+    // A stack: it is as tall as the tallest page, so the rest of the page
+    // does not jump when the item type changes.
+    auto *typeLayout = new QStackedLayout(typePages);
     typeLayout->setContentsMargins(0, 0, 0, 0);
     for (int t = 0; t < 6; ++t) {
         QFrame *tab = new QFrame(typePages);
@@ -157,6 +162,13 @@ void frmOptions::buildDuplicatePage(QFrame *page)
         connect(m_sldPrio[i], &QSlider::valueChanged, this, [this, i] { sliderChanged(i); });
     }
     prioGrid->setColumnStretch(1, 1);
+    // Tab goes row by row: each criterion, then its slider.
+    const QList<QWidget *> prioRows{prio->findChild<QWidget *>(QStringLiteral("chkMasterFolder")), m_sldPrio[0],
+                                    prio->findChild<QWidget *>(QStringLiteral("chkTerminSerie")), m_sldPrio[1],
+                                    prio->findChild<QWidget *>(QStringLiteral("chkOldDel")),
+                                    prio->findChild<QWidget *>(QStringLiteral("chkOldDelDis")), m_sldPrio[2]};
+    for (qsizetype i = 1; i < prioRows.size(); ++i)
+        QWidget::setTabOrder(prioRows.at(i - 1), prioRows.at(i));
 
     auto *dupOpt = new QGroupBox(QStringLiteral("Duplikate..."), page);
     dupOpt->setObjectName(QStringLiteral("fmDupOpt"));
@@ -279,6 +291,10 @@ void frmOptions::buildNamePage(QFrame *page)
     layout->addWidget(m_optBetreff, 1, 0);
     layout->addWidget(subjectLabel, 1, 1);
     layout->addWidget(m_cmbSubjectLayout, 1, 2);
+    // Tab goes row by row: the option, then its layout field.
+    QWidget::setTabOrder(m_optSaveAs, m_cmbFileAsLayoutEx->focusProxy());
+    QWidget::setTabOrder(m_cmbFileAsLayoutEx->focusProxy(), m_optBetreff);
+    QWidget::setTabOrder(m_optBetreff, m_cmbSubjectLayout->focusProxy());
 
     // The insert buttons; index 5 does not exist.
     struct Insert {
@@ -356,10 +372,15 @@ void frmOptions::buildNamePage(QFrame *page)
 void frmOptions::buildGeneralPage(QFrame *page)
 {
     auto *layout = new QGridLayout(page);
-    layout->addWidget(label(QStringLiteral("lblSkipFolder"), QStringLiteral("Diese Ordnerstruktur nicht einlesen:"), page), 0, 0);
+    // The labels keep their line; the fields take the rest of the width.
+    const auto oneLine = [](QLabel *l) {
+        l->setWordWrap(false);
+        return l;
+    };
+    layout->addWidget(oneLine(label(QStringLiteral("lblSkipFolder"), QStringLiteral("Diese Ordnerstruktur nicht einlesen:"), page)), 0, 0);
     layout->addWidget(CreateListField(QStringLiteral("txtFolderStructureSkip"), QStringLiteral("FolderStructureSkip.dat"),
                                       QStringLiteral("Ordner"), page), 0, 1, 1, 2);
-    layout->addWidget(label(QStringLiteral("lblIdleTime"), QStringLiteral("Timeout für Ordnerstruktur einlesen:"), page), 1, 0);
+    layout->addWidget(oneLine(label(QStringLiteral("lblIdleTime"), QStringLiteral("Timeout für Ordnerstruktur einlesen:"), page)), 1, 0);
     layout->addWidget(CreateNumberField(QStringLiteral("cmbIdleTime"), 3600, page), 1, 1);
     layout->addWidget(new QLabel(QStringLiteral("sec."), page), 1, 2);
     layout->setColumnStretch(3, 1);

@@ -1,17 +1,23 @@
 // The options dialog and the assistant, driven through their widgets.
+#include "controls/sevText.h"
 #include "frame/RegistryFunctions.h"
 #include "options/frmOptions.h"
 #include "options/frmQuickOptions.h"
 #include "support/TestSupport.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGroupBox>
+#include <QLabel>
+#include <QLayout>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSlider>
+#include <QTabBar>
 #include <QTest>
+#include <QToolButton>
 
 namespace {
 
@@ -45,6 +51,10 @@ private slots:
     void sliderPushesTheOtherAway();
     void countryQuickSelection();
     void filterFrameEnablesItsControls();
+    void pagesKeepTheirPlace();
+    void tabGoesRowByRow_data();
+    void tabGoesRowByRow();
+    void attachmentFolderOnlyByChooser();
     void insertButtonsAndOneStepBack();
     void cancelStoresNothing();
     void assistantCaptionsAndSaveAtEnd();
@@ -59,7 +69,11 @@ void tst_frmOptions::okWritesEveryBoundSetting()
     child<QRadioButton>(&dialog, QStringLiteral("chkMoveToFolder"))->setChecked(true);
     child<QLineEdit>(&dialog, QStringLiteral("txtNDDP"))->setText(QStringLiteral("8"));
     child<QSlider>(&dialog, QStringLiteral("sldPrio(2)"))->setValue(2);
+    const quint64 writes = SettingsGeneration();
     dialog.clickOk();
+    // The whole dialog in one write of the file (which the file watch may
+    // count once more), not one per setting.
+    QVERIFY2(SettingsGeneration() - writes <= 2, qPrintable(QString::number(SettingsGeneration() - writes)));
     QCOMPARE(dialog.result(), int(QDialog::Accepted));
     QCOMPARE(GetSetting(QStringLiteral("HideFax")), QStringLiteral("1"));
     QCOMPARE(GetSetting(QStringLiteral("MoveToFolder")), QStringLiteral("1"));
@@ -122,11 +136,17 @@ void tst_frmOptions::sliderPushesTheOtherAway()
 void tst_frmOptions::countryQuickSelection()
 {
     TestEnvironment env;
+    // German order also on a machine whose locale is C.
+    QLocale::setDefault(QLocale::c());
     frmOptions dialog;
+    QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
     auto *select = child<QComboBox>(&dialog, QStringLiteral("cmbCountrySelect"));
-    QCOMPARE(select->itemText(0), QStringLiteral("Deutschland")); // sorted
+    QStringList shown;
+    for (int i = 0; i < select->count(); ++i)
+        shown << select->itemText(i);
+    QCOMPARE(shown, (QStringList{"Deutschland", "Frankreich", "Niederlande", "Österreich", "Schweiz", "USA",
+                                 "Vereinigtes Königreich"}));
     const int usa = select->findText(QStringLiteral("USA"));
-    QCOMPARE(usa, select->count() - 2); // before "Vereinigtes Königreich"
     select->setCurrentIndex(usa);
     emit select->textActivated(QStringLiteral("USA"));
     QCOMPARE(textOf(&dialog, QStringLiteral("txtCountryCode")), QStringLiteral("1"));
@@ -153,6 +173,88 @@ void tst_frmOptions::filterFrameEnablesItsControls()
     emit frame->clicked(true);
     QVERIFY(child<QWidget>(&dialog, QStringLiteral("chkCountryFilter"))->isEnabled());
     QVERIFY(child<QWidget>(&dialog, QStringLiteral("cmbCountryFilterText"))->isEnabled());
+}
+
+// "Allgemein" keeps its labels on one line; the duplicate page does not jump
+// when the item type changes.
+void tst_frmOptions::pagesKeepTheirPlace()
+{
+    TestEnvironment env;
+    frmOptions dialog;
+    dialog.show();
+    child<QTabBar>(&dialog, QStringLiteral("TabMain"))->setCurrentIndex(4);
+    for (const char *name : {"lblSkipFolder", "lblIdleTime"}) {
+        auto *l = child<QLabel>(&dialog, QString::fromLatin1(name));
+        QVERIFY2(l->height() < 2 * l->fontMetrics().lineSpacing(), name);
+    }
+    const QString shots = qEnvironmentVariable("VARNEX_SHOTS");
+    if (!shots.isEmpty())
+        dialog.grab().save(shots + QStringLiteral("/frmOptions-Allgemein.png"));
+    child<QTabBar>(&dialog, QStringLiteral("TabMain"))->setCurrentIndex(0);
+    QWidget *below = child<QWidget>(&dialog, QStringLiteral("frmDupPrio"));
+    QList<int> tops;
+    for (int t = 5; t >= 0; --t) {
+        child<QTabBar>(&dialog, QStringLiteral("TabStrip1"))->setCurrentIndex(t);
+        child<QWidget>(&dialog, QStringLiteral("frMain(0)"))->layout()->activate();
+        tops << below->mapTo(&dialog, QPoint()).y();
+        if (!shots.isEmpty())
+            dialog.grab().save(shots + QStringLiteral("/frmOptions-Duplikate-%1.png").arg(t));
+    }
+    QCOMPARE(tops, QList<int>(6, tops.first()));
+}
+
+void tst_frmOptions::tabGoesRowByRow_data()
+{
+    QTest::addColumn<int>("page");
+    QTest::addColumn<QStringList>("order");
+    QTest::newRow("Prioritäten") << 0
+                                 << QStringList{"chkMasterFolder", "sldPrio(0)", "chkTerminSerie", "sldPrio(1)",
+                                                "chkOldDel", "chkOldDelDis", "sldPrio(2)"};
+    QTest::newRow("Namen") << 3 << QStringList{"optSaveAs", "cmbFileAsLayoutEx", "optBetreff", "cmbSubjectLayout"};
+    QTest::newRow("Anlagen") << 2 << QStringList{"txtAttPath", "folderButton", "cmbAttSize"};
+}
+
+void tst_frmOptions::tabGoesRowByRow()
+{
+    QFETCH(int, page);
+    QFETCH(QStringList, order);
+    TestEnvironment env;
+    frmOptions dialog;
+    dialog.show();
+    child<QTabBar>(&dialog, QStringLiteral("TabMain"))->setCurrentIndex(page);
+    // The tab stops of the list in the order of the focus chain (a text
+    // field takes the focus in its editor).
+    QStringList seen;
+    QWidget *w = child<QWidget>(&dialog, order.first());
+    w = w->focusProxy() ? w->focusProxy() : w;
+    for (int steps = 0; steps < 500 && seen.size() < order.size(); ++steps, w = w->nextInFocusChain()) {
+        const QString name = w->objectName() == u"editor" ? w->parentWidget()->objectName() : w->objectName();
+        if (order.contains(name) && !seen.contains(name) && (w->focusPolicy() & Qt::TabFocus))
+            seen << name;
+    }
+    QCOMPARE(seen, order);
+}
+
+void tst_frmOptions::attachmentFolderOnlyByChooser()
+{
+    TestEnvironment env;
+    frmOptions dialog;
+    dialog.show();
+    child<QTabBar>(&dialog, QStringLiteral("TabMain"))->setCurrentIndex(2);
+    auto *field = child<sevText>(&dialog, QStringLiteral("txtAttPath"));
+    const sevText::FolderChooser previous = sevText::setFolderChooser([](QWidget *, const QString &) {
+        return QStringLiteral("/tmp/Anlagen");
+    });
+    QTest::keyClicks(field->editor(), QStringLiteral("abc"));
+    QCOMPARE(field->text(), QString()); // read-only
+    // Tab reaches the folder button, Space opens the chooser.
+    QApplication::setActiveWindow(&dialog);
+    field->editor()->setFocus();
+    QTest::keyClick(field->editor(), Qt::Key_Tab);
+    QCOMPARE(QApplication::focusWidget(), static_cast<QWidget *>(field->folderButton()));
+    QTest::keyClick(field->folderButton(), Qt::Key_Space);
+    sevText::setFolderChooser(previous);
+    QCOMPARE(field->text(), QStringLiteral("/tmp/Anlagen"));
 }
 
 void tst_frmOptions::insertButtonsAndOneStepBack()
