@@ -118,22 +118,20 @@ public:
         switch (byte()) {
         case TagNull: return {};
         case TagText: {
-            const qsizetype n = qsizetype(varint());
-            need(n * qsizetype(sizeof(QChar)));
+            const qsizetype n = length(sizeof(QChar));
             QString s(n, Qt::Uninitialized);
             std::memcpy(s.data(), m_p, size_t(n) * sizeof(QChar));
             m_p += n * qsizetype(sizeof(QChar));
             return s;
         }
         case TagDate: {
-            return DecodeStoreTime(raw<qint64>());
+            return DecodeItemTime(raw<qint64>());
         }
         case TagBool: return byte() != 0;
         case TagInt: return int(raw<qint64>());
         case TagDouble: return raw<double>();
         case TagBytes: {
-            const qsizetype n = qsizetype(varint());
-            need(n);
+            const qsizetype n = length(1);
             QByteArray b(m_p, n);
             m_p += n;
             return b;
@@ -141,23 +139,48 @@ public:
         default: damaged();
         }
     }
-    bool atEnd() const { return m_p == m_end; }
-
-private:
-    void need(qsizetype n)
+    // A count of entries that each take at least minBytes: one that the
+    // bytes left cannot hold is damage, found before anything is allocated.
+    quint64 count(quint64 minBytes)
     {
-        if (n < 0 || m_end - m_p < n)
+        const quint64 n = varint();
+        if (n > quint64(m_end - m_p) / minBytes)
             damaged();
+        return n;
     }
+    bool atEnd() const { return m_p == m_end; }
     [[noreturn]] static void damaged()
     {
         throw StoreError(StoreErrCorrupt, QStringLiteral("Die Daten eines Elements sind beschädigt."));
+    }
+
+private:
+    // The length of a run of units of unitSize bytes that must lie in the
+    // bytes left; compared before multiplying, so that no length overflows.
+    qsizetype length(quint64 unitSize)
+    {
+        const quint64 n = varint();
+        if (n > quint64(m_end - m_p) / unitSize)
+            damaged();
+        return qsizetype(n);
+    }
+    void need(qsizetype n)
+    {
+        if (m_end - m_p < n)
+            damaged();
     }
     const char *m_p;
     const char *m_end;
 };
 
 } // namespace
+
+QDateTime DecodeItemTime(qint64 code)
+{
+    if (!IsStoreTimeInRange(code))
+        Reader::damaged();
+    return DecodeStoreTime(code);
+}
 
 QByteArray EncodeItem(const ItemData &item, const StoreFile &store)
 {
@@ -182,40 +205,54 @@ QByteArray EncodeItem(const ItemData &item, const StoreFile &store)
     return out;
 }
 
+// Decodes into fresh containers and takes them over only when the whole blob
+// has been read: a damaged item keeps its bytes and is refused, never
+// half-read (and so never written back from what could be read).
 void DecodeItem(ItemData &item, const StoreFile &store)
 {
-    Reader in(item.blob);
-    item.props.clear();
-    item.foreign.clear();
-    item.userProps.clear();
     if (item.blob.isEmpty()) {
+        item.props.clear();
+        item.foreign.clear();
+        item.userProps.clear();
         item.decoded = true;
         return;
     }
+    Reader in(item.blob);
     if (in.byte() != s_version)
         throw StoreError(StoreErrCorrupt, QStringLiteral("Ein Element wurde von einer neueren Programmversion geschrieben."));
-    const quint64 count = in.varint();
-    item.props.reserve(size_t(count));
+    // A property takes at least its number and a tag byte, a user property
+    // a name, a type and a value.
+    const quint64 count = in.count(2);
+    std::vector<std::pair<int, QVariant>> props;
+    std::vector<std::pair<qint64, QVariant>> foreign;
+    props.reserve(size_t(count));
     for (quint64 i = 0; i < count; ++i) {
         const qint64 pid = qint64(in.varint());
         QVariant value = in.value();
         const int slot = store.slotOfPid(pid);
         if (slot >= 0)
-            item.props.emplace_back(slot, std::move(value));
+            props.emplace_back(slot, std::move(value));
         else
-            item.foreign.emplace_back(pid, std::move(value));
+            foreign.emplace_back(pid, std::move(value));
     }
     const auto bySlot = [](const auto &a, const auto &b) { return a.first < b.first; };
-    if (!std::is_sorted(item.props.begin(), item.props.end(), bySlot))
-        std::sort(item.props.begin(), item.props.end(), bySlot);
-    const quint64 users = in.varint();
+    if (!std::is_sorted(props.begin(), props.end(), bySlot))
+        std::sort(props.begin(), props.end(), bySlot);
+    const quint64 users = in.count(3);
+    QList<UserPropRecord> userProps;
+    userProps.reserve(qsizetype(users));
     for (quint64 i = 0; i < users; ++i) {
         UserPropRecord u;
         u.name = in.value().toString();
         u.type = in.byte();
         u.value = in.value();
-        item.userProps << u;
+        userProps << u;
     }
+    if (!in.atEnd())
+        Reader::damaged();
+    item.props = std::move(props);
+    item.foreign = std::move(foreign);
+    item.userProps = std::move(userProps);
     item.blob = QByteArray(); // decoded: the bytes are no longer needed
     item.decoded = true;
 }

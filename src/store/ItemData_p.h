@@ -69,4 +69,9 @@ struct ItemData : std::enable_shared_from_this<ItemData> {
 
 // Blob encoding of an item's properties and user properties.
 QByteArray EncodeItem(const ItemData &item, const StoreFile &store);
+// Throws StoreErrCorrupt for damaged bytes (a count or length that the
+// bytes cannot hold, a date out of range, bytes cut short or left over).
 void DecodeItem(ItemData &item, const StoreFile &store);
+// A time of an item row (created, modified); damaged like the blob when out
+// of range.
+QDateTime DecodeItemTime(qint64 code);

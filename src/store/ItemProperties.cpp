@@ -210,9 +210,9 @@ QVariant Item::get(const QString &name) const
     if (slot == s.messageClass)
         return d.messageClass;
     if (slot == s.creationTime)
-        return d.created != 0 ? DecodeStoreTime(d.created) : NoDate();
+        return d.created != 0 ? DecodeItemTime(d.created) : NoDate();
     if (slot == s.lastModification)
-        return d.modified != 0 ? DecodeStoreTime(d.modified) : NoDate();
+        return d.modified != 0 ? DecodeItemTime(d.modified) : NoDate();
     d.ensureDecoded();
     if (slot == s.duration && d.itemClass == olAppointment)
         return minutesBetween(stored(d, s.start).toDateTime(), stored(d, s.end).toDateTime());

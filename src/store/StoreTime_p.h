@@ -16,11 +16,23 @@ inline qint64 EncodeStoreTime(const QDateTime &when)
     return when.date().toJulianDay() * StoreMsPerDay + when.time().msecsSinceStartOfDay();
 }
 
-// 0 gives an invalid QDateTime (no date).
+// Codes from about the year -10000 to the end of 99999: a code outside is
+// no date this program wrote (damaged data), and its day would overflow
+// QDateTime's arithmetic.
+inline bool IsStoreTimeInRange(qint64 code)
+{
+    constexpr qint64 first = -1930999 * StoreMsPerDay; // Julian day of 1 January -9999 (astronomical)
+    constexpr qint64 last = 38245310 * StoreMsPerDay - 1; // Julian day of 1 January 100000, less 1 ms
+    return code >= first && code <= last;
+}
+
+// 0 and a code out of range give an invalid QDateTime (no date).
 inline QDateTime DecodeStoreTime(qint64 code)
 {
-    if (code == 0)
+    if (code == 0 || !IsStoreTimeInRange(code))
         return {};
-    const qint64 day = code >= 0 ? code / StoreMsPerDay : (code - StoreMsPerDay + 1) / StoreMsPerDay;
+    qint64 day = code / StoreMsPerDay;
+    if (code % StoreMsPerDay < 0)
+        --day;
     return QDateTime(QDate::fromJulianDay(day), QTime::fromMSecsSinceStartOfDay(int(code - day * StoreMsPerDay)));
 }

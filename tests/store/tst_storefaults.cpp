@@ -2,6 +2,7 @@
 // items vanish, stores answer slowly. A failed change leaves the file as it
 // was.
 #include "store/StoreTestProfile.h"
+#include "support/DamagedItem.h"
 
 #include <QElapsedTimer>
 #include <QtTest>
@@ -31,6 +32,8 @@ private slots:
     void faultCountRunsOut();
     void vanishedItemIsGoneForEveryone();
     void slowStoreWaitsPerFolderAccess();
+    void damagedItemDataIsRefusedAndKept_data();
+    void damagedItemDataIsRefusedAndKept();
 };
 
 void tst_StoreFaults::faultKindsHitOnlyTheirOperation_data()
@@ -180,6 +183,50 @@ void tst_StoreFaults::slowStoreWaitsPerFolderAccess()
         (void)TempProfile::ns().GetFolderFromID(MAPIUtils::BinaryToHex(row.at(0)));
     // One wait for the table and one for each of the nine folders.
     QVERIFY2(timer.elapsed() >= 10 * 40, qPrintable(QString::number(timer.elapsed())));
+}
+
+void tst_StoreFaults::damagedItemDataIsRefusedAndKept_data()
+{
+    QTest::addColumn<int>("damage");
+    QTest::addColumn<QString>("access");
+    for (const auto &[name, damage] : ItemDamages())
+        for (const char *access : {"lesen", "Benutzerfelder", "ändern", "speichern", "in anderen Speicher"})
+            QTest::addRow("%s, %s", name, access) << int(damage) << QString::fromUtf8(access);
+}
+
+// Damaged bytes are refused like a failed read, whichever access meets them
+// first, and never written back over.
+void tst_StoreFaults::damagedItemDataIsRefusedAndKept()
+{
+    QFETCH(int, damage);
+    QFETCH(QString, access);
+    TempProfile profile;
+    const MAPIFolder archive = AddStore(QStringLiteral("Archiv"), true).Folders().Item(QStringLiteral("Kontakte"));
+    Item item = savedContact(QStringLiteral("Hans Müller"));
+    item.UserProperties().Add(QStringLiteral("Notiz"), olText).setValue(QStringLiteral("frei"));
+    item.Save();
+    const QString entryId = item.EntryID();
+    const QByteArray stored = DamageItemData(entryId, ItemDamage(damage));
+    try {
+        Item again = TempProfile::ns().GetItemFromID(entryId);
+        if (access == u"lesen")
+            (void)again.get(QStringLiteral("LastName"));
+        else if (access == u"Benutzerfelder")
+            (void)again.UserProperties().Count();
+        else if (access == u"ändern")
+            again.set(QStringLiteral("FirstName"), QStringLiteral("Jan"));
+        else if (access == u"speichern")
+            again.Save();
+        else
+            (void)again.Move(TempProfile::ns().GetFolderFromID(archive.EntryID(), archive.StoreID()));
+        QFAIL("damaged data was accepted");
+    } catch (const StoreError &e) {
+        QCOMPARE(e.number(), int(StoreErrCorrupt));
+        QCOMPARE(e.description(), QStringLiteral("Die Daten eines Elements sind beschädigt."));
+    }
+    profile.reopen();
+    QCOMPARE(StoredItemData(entryId), stored);
+    QCOMPARE(TempProfile::folderOf(olFolderContacts).Items().Count(), 1);
 }
 
 QTEST_GUILESS_MAIN(tst_StoreFaults)

@@ -5,6 +5,7 @@
 // the commands of Varnex need to be tried; and every folder and item of the
 // demo found again, changed and unchanged, after a reopen.
 #include "store/StoreTestProfile.h"
+#include "support/DamagedItem.h"
 
 #include <QDir>
 #include <QProcess>
@@ -112,6 +113,8 @@ private slots:
     void demoGoesOnlyIntoANewOrEmptyProfile();
     void demoHoldsWhatTheCommandsNeed();
     void demoIsFoundAgainAfterReopen();
+    void exportRefusesDamagedItem_data();
+    void exportRefusesDamagedItem();
 };
 
 void tst_StoreTool::initTestCase()
@@ -335,6 +338,33 @@ void tst_StoreTool::demoIsFoundAgainAfterReopen()
     }
     for (auto it = contents.cbegin(); it != contents.cend(); ++it)
         QCOMPARE(contentOf(ns.GetItemFromID(it.key(), storeOf.value(it.key()))), it.value());
+}
+
+void tst_StoreTool::exportRefusesDamagedItem_data()
+{
+    QTest::addColumn<int>("damage");
+    for (const auto &[name, damage] : ItemDamages())
+        QTest::addRow("%s", name) << int(damage);
+}
+
+// The export stops at an item whose stored data is damaged, with the German
+// message and exit code 1; it writes no file and leaves the bytes alone.
+void tst_StoreTool::exportRefusesDamagedItem()
+{
+    QFETCH(int, damage);
+    TempProfile profile;
+    CreateProfile(profile.folder());
+    Item contact = TempProfile::folderOf(olFolderContacts).Items().Add();
+    contact.set(QStringLiteral("FullName"), QStringLiteral("Hans Müller"));
+    contact.Save();
+    const QString entryId = contact.EntryID();
+    const QByteArray stored = DamageItemData(entryId, ItemDamage(damage));
+    const QString file = profile.scratch(QStringLiteral("kontakte.vcf"));
+    const ToolRun run = runTool(profile, {"--profile", "%P", "export", "vcard", file});
+    QCOMPARE(run.exitCode, 1);
+    QVERIFY2(run.err.contains(QStringLiteral("Die Daten eines Elements sind beschädigt.")), qPrintable(run.err));
+    QVERIFY(!QFileInfo::exists(file));
+    QCOMPARE(StoredItemData(entryId), stored);
 }
 
 QTEST_GUILESS_MAIN(tst_StoreTool)

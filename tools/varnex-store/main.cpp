@@ -14,6 +14,8 @@
 #include <QDir>
 #include <QTextStream>
 
+#include <new>
+
 namespace {
 
 QTextStream &out()
@@ -193,6 +195,9 @@ int main(int argc, char *argv[])
         return run(command);
     } catch (const StoreError &e) {
         err() << "Fehler: " << e.description() << " (" << e.number() << ")\n";
+        return 1;
+    } catch (const std::bad_alloc &) {
+        err() << "Fehler: Der Arbeitsspeicher reicht nicht aus.\n";
         return 1;
     }
 }
