@@ -124,7 +124,10 @@ bool RestoreRecord(const NameSpace &session, const QString &entryID, const QStri
             return false;
         item.Save();
         return true;
-    } catch (const StoreError &) {
+    } catch (const StoreError &error) {
+        // Counted for the closing message; the cause (a gone item, damaged
+        // data, a failed save) goes to the error log.
+        ShowError(error.description(), error.number(), 1, QStringLiteral("UndoReplace"));
         return false;
     }
 }
