@@ -97,10 +97,12 @@ void tvwFolderFill()
     try {
         state.nameSpace = Application().GetNamespace(QStringLiteral("MAPI"));
         const ::Folders stores = state.nameSpace.Folders();
-        for (const MAPIFolder &store : stores) {
-            // A store that fails is logged and passed over; the next one is read.
+        const int storeCount = stores.Count();
+        for (int index = 1; index <= storeCount; ++index) {
+            // A store that fails, opening it included, is logged and passed
+            // over; the next one is read.
             try {
-                readStore(state, store);
+                readStore(state, stores.Item(index));
             } catch (const StoreError &error) {
                 logOnly(error, "tvwFolderFill");
             }

@@ -6,6 +6,7 @@
 #include "store/StoreError.h"
 #include "store/StoreFaults_p.h"
 #include "store/StoreFile_p.h"
+#include "store/StorableText_p.h"
 #include "store/StoreIds_p.h"
 
 Items MakeItems(const std::shared_ptr<StoreFile> &store, qint64 folder); // Items.cpp
@@ -123,8 +124,9 @@ MAPIFolder Folders::Item(int index) const
     return MAPIFolder(m_store, ids.at(index - 1));
 }
 
-MAPIFolder Folders::Find(const QString &name) const
+MAPIFolder Folders::Find(const QString &givenName) const
 {
+    const QString name = StorableText(givenName);
     const int count = Count();
     for (int i = 1; i <= count; ++i) {
         const MAPIFolder folder = Item(i);

@@ -7,6 +7,7 @@
 #include "store/Session_p.h"
 #include "store/StoreError.h"
 #include "store/StoreFile_p.h"
+#include "store/SqlErrorText_p.h"
 
 #include <QDir>
 #include <QFile>
@@ -50,7 +51,7 @@ void writeProfileFile(const QString &folder, const QString &storeFile, const QBy
         QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), connection);
         db.setDatabaseName(building);
         if (!db.open())
-            cannotCreate(folder, db.lastError().text());
+            cannotCreate(folder, SqlErrorText(db.lastError(), QDir::toNativeSeparators(building)));
         QSqlQuery q(db);
         bool ok = q.exec(QStringLiteral("PRAGMA synchronous=FULL")) && q.exec(QStringLiteral("BEGIN"));
         for (const char *statement : s_profileSchema)
@@ -59,7 +60,7 @@ void writeProfileFile(const QString &folder, const QString &storeFile, const QBy
         q.addBindValue(storeFile);
         q.addBindValue(QString::fromLatin1(storeKey.toHex()));
         ok = ok && q.exec() && q.exec(QStringLiteral("COMMIT"));
-        const QString error = q.lastError().text();
+        const QString error = ok ? QString() : SqlErrorText(q.lastError(), QDir::toNativeSeparators(building));
         db.close();
         if (!ok) {
             QFile::remove(building);

@@ -3,6 +3,7 @@
 #include "store/StoreConstants.h"
 #include "store/StoreError.h"
 #include "store/StoreFile_p.h"
+#include "store/SqlErrorText_p.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -23,11 +24,29 @@ int s_connections = 0;
                                           .arg(QDir::toNativeSeparators(folder)));
 }
 
+// A profile that cannot be opened: a refused access, a full disk or a disk
+// error is named as such; anything else means the file is damaged.
+[[noreturn]] void profileUnusable(const QString &folder, const QSqlError &error)
+{
+    const QString path = QDir(folder).filePath(QLatin1String(ProfileFileName));
+    const int code = SqlPrimaryCode(error);
+    const bool refused = code == 3 || code == 8 || code == 14 || code == 23 || !QFileInfo(path).isWritable()
+        || !QFileInfo(folder).isWritable();
+    if (!refused && code != 10 && code != 13)
+        profileDamaged(folder);
+    const QString reason = refused ? QStringLiteral("keine Schreibberechtigung für die Datei oder ihren Ordner")
+                                   : SqlErrorText(error, QDir::toNativeSeparators(path));
+    throw StoreError(refused ? StoreErrAccessDenied : StoreErrDisk,
+                     QStringLiteral("Die Profildatei in \"%1\" kann nicht benutzt werden: %2. Sie wurde nicht verändert.")
+                         .arg(QDir::toNativeSeparators(folder), reason));
+}
+
 void check(bool ok, const QSqlQuery &q, const QString &folder)
 {
     if (!ok)
         throw StoreError(StoreErrDisk, QStringLiteral("Fehler in der Profildatei in \"%1\": %2")
-                                           .arg(QDir::toNativeSeparators(folder), q.lastError().text()));
+                                           .arg(QDir::toNativeSeparators(folder),
+                                                SqlErrorText(q.lastError(), QDir::toNativeSeparators(folder))));
 }
 
 } // namespace
@@ -58,17 +77,24 @@ Session::Session(const QString &folder)
 {
     const QString path = QDir(folder).filePath(QLatin1String(ProfileFileName));
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly) || file.read(16) != QByteArray("SQLite format 3\0", 16))
+    if (!file.open(QIODevice::ReadOnly))
+        profileUnusable(folder, QSqlError());
+    if (file.read(16) != QByteArray("SQLite format 3\0", 16))
         profileDamaged(folder);
     file.close();
     QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_connection);
     db.setDatabaseName(path);
     db.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=10000"));
     if (!db.open())
-        profileDamaged(folder);
+        profileUnusable(folder, db.lastError());
     QSqlQuery q(db);
-    if (!q.exec(QStringLiteral("SELECT value FROM meta WHERE key = 'format'")) || !q.next()
-        || q.value(0).toString() != QLatin1String("VarnexProfile")) {
+    if (!q.exec(QStringLiteral("SELECT value FROM meta WHERE key = 'format'"))) {
+        const QSqlError error = q.lastError();
+        q = QSqlQuery();
+        db.close();
+        profileUnusable(folder, error);
+    }
+    if (!q.next() || q.value(0).toString() != QLatin1String("VarnexProfile")) {
         q = QSqlQuery();
         db.close();
         profileDamaged(folder);
@@ -284,7 +310,7 @@ Session::User Session::addUser(const QString &name, const QStringList &aliases, 
         ok = ok && q.exec();
     }
     if (!ok) {
-        const QString error = q.lastError().text();
+        const QString error = SqlErrorText(q.lastError(), QDir::toNativeSeparators(m_folder));
         q.exec(QStringLiteral("ROLLBACK"));
         throw StoreError(StoreErrDisk, QStringLiteral("Das Adressbuch konnte nicht geändert werden: %1").arg(error));
     }

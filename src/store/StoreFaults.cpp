@@ -2,6 +2,7 @@
 
 #include "store/Application.h"
 #include "store/Item.h"
+#include "store/MAPIFolder.h"
 #include "store/ItemData_p.h"
 #include "store/StoreError.h"
 #include "store/StoreFaults_p.h"
@@ -9,6 +10,7 @@
 #include "store/StoreIds_p.h"
 
 #include <QHash>
+#include <QSqlQuery>
 #include <QThread>
 
 namespace {
@@ -66,6 +68,17 @@ void SetStoreDelay(const QString &storeId, int milliseconds)
         faults().delays.insert(storeId.toUpper(), milliseconds);
     else
         faults().delays.remove(storeId.toUpper());
+}
+
+void LimitStoreSize(const MAPIFolder &folder, int morePages)
+{
+    QSqlQuery q(folder.store()->db());
+    if (!q.exec(QStringLiteral("PRAGMA page_count")) || !q.next())
+        folder.store()->fail(q, QStringLiteral("Größe der Datei"));
+    const qint64 pages = q.value(0).toLongLong() + morePages;
+    q.finish();
+    if (!q.exec(QStringLiteral("PRAGMA max_page_count = %1").arg(pages)))
+        folder.store()->fail(q, QStringLiteral("Grenze der Dateigröße"));
 }
 
 void Reset()

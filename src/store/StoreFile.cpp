@@ -1,5 +1,6 @@
 // Opening, creating and validating store files; folders; transactions.
 #include "store/StoreFile_p.h"
+#include "store/SqlErrorText_p.h"
 
 #include "store/ItemSchema.h"
 #include "store/StoreConstants.h"
@@ -55,7 +56,8 @@ void exec(QSqlQuery &q, const QString &sql, const QString &path)
 {
     if (!(sql.isEmpty() ? q.exec() : q.exec(sql)))
         throw StoreError(StoreErrDisk, QStringLiteral("Der Informationsspeicher \"%1\" konnte nicht angelegt werden: %2")
-                                           .arg(QDir::toNativeSeparators(path), q.lastError().text()));
+                                           .arg(QDir::toNativeSeparators(path),
+                                                SqlErrorText(q.lastError(), QDir::toNativeSeparators(path))));
 }
 
 } // namespace
@@ -102,7 +104,8 @@ StoreFile::StoreFile(const QString &path, const QString &connection)
     db.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=10000"));
     if (!db.open())
         throw StoreError(StoreErrDisk, QStringLiteral("Der Informationsspeicher \"%1\" kann nicht geöffnet werden: %2")
-                                           .arg(QDir::toNativeSeparators(path), db.lastError().text()));
+                                           .arg(QDir::toNativeSeparators(path),
+                                                SqlErrorText(db.lastError(), QDir::toNativeSeparators(path))));
 }
 
 StoreFile::~StoreFile()
@@ -148,6 +151,13 @@ void StoreFile::validateAndLoad()
         throw StoreError(StoreErrCorrupt, notAStore(m_path));
     m_storeId = StoreIdOf(m_key);
     m_displayName = meta.value(QStringLiteral("display_name"));
+    // Damaged pages would show only when a read reaches them, and writes
+    // elsewhere in the file would go on: the whole file is checked first.
+    if (!q.exec(QStringLiteral("PRAGMA quick_check")) || !q.next() || q.value(0).toString() != QLatin1String("ok"))
+        throw StoreError(StoreErrCorrupt, QStringLiteral("Der Informationsspeicher \"%1\" ist beschädigt und wird "
+                                                         "nicht geöffnet. Er wurde nicht verändert.")
+                                              .arg(QDir::toNativeSeparators(m_path)));
+    q.finish();
 
     const bool wal = s_durability != StoreDurability::RollbackFull;
     q.exec(wal ? QStringLiteral("PRAGMA journal_mode=WAL") : QStringLiteral("PRAGMA journal_mode=DELETE"));

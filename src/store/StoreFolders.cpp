@@ -1,5 +1,7 @@
 // Folders of a store file, transactions and the mapping of SQLite failures.
 #include "store/StoreFile_p.h"
+#include "store/StorableText_p.h"
+#include "store/SqlErrorText_p.h"
 
 #include "store/StoreError.h"
 
@@ -49,9 +51,10 @@ qint64 StoreFile::defaultFolder(int type)
     return found;
 }
 
-qint64 StoreFile::addFolder(qint64 parent, const QString &name, const QString &containerClass,
+qint64 StoreFile::addFolder(qint64 parent, const QString &givenName, const QString &containerClass,
                             const QString &messageClass, int defaultType)
 {
+    const QString name = StorableText(givenName);
     checkOutsideChanges();
     requireFolder(parent);
     if (name.trimmed().isEmpty())
@@ -165,9 +168,9 @@ void StoreFile::cleanup()
 void StoreFile::fail(const QSqlQuery &query, const QString &what) const
 {
     const QSqlError error = query.lastError();
-    const int code = error.nativeErrorCode().toInt() & 0xFF; // primary result code
     const QString where = QDir::toNativeSeparators(m_path);
-    switch (code) {
+    const QString reason = SqlErrorText(error, QStringLiteral("Informationsspeicher %1 (%2)").arg(where, what));
+    switch (SqlPrimaryCode(error)) {
     case 11: // SQLITE_CORRUPT
     case 26: // SQLITE_NOTADB
         throw StoreError(StoreErrCorrupt, QStringLiteral("Der Informationsspeicher \"%1\" ist beschädigt (%2). "
@@ -182,7 +185,7 @@ void StoreFile::fail(const QSqlQuery &query, const QString &what) const
                                            .arg(where, what));
     default:
         throw StoreError(StoreErrDisk, QStringLiteral("Fehler im Informationsspeicher \"%1\" (%2): %3")
-                                           .arg(where, what, error.text()));
+                                           .arg(where, what, reason));
     }
 }
 

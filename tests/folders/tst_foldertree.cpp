@@ -14,6 +14,7 @@
 
 #include <QElapsedTimer>
 #include <QEventLoop>
+#include <QDir>
 #include <QFile>
 #include <QTimer>
 
@@ -30,6 +31,8 @@ private slots:
     void imagesFollowContainerClass();
     void skippedStoreLeavesGap_data();
     void skippedStoreLeavesGap();
+    void damagedStoreIsPassedOver_data();
+    void damagedStoreIsPassedOver();
     void readingAgainStartsAfresh();
     void idleTimeSetting_data();
     void idleTimeSetting();
@@ -196,6 +199,36 @@ void tst_FolderTree::skippedStoreLeavesGap()
     const int keyProjects = m_tree->nodeKey(projects).mid(1).toInt();
     QCOMPARE(keyProjects - keyBefore, gap ? 2 : 1);
     QCOMPARE(GetFolderByKey(m_tree->nodeKey(projects)).Name(), QStringLiteral("Projekte"));
+}
+
+void tst_FolderTree::damagedStoreIsPassedOver_data()
+{
+    QTest::addColumn<int>("damaged"); // number of the store file
+    QTest::addColumn<QStringList>("roots");
+    QTest::newRow("erster Speicher") << 1 << QStringList{"Archiv", "Projekte"};
+    QTest::newRow("mittlerer Speicher") << 2 << QStringList{"Persönliche Ordner", "Projekte"};
+}
+
+// A store file that cannot be opened is logged and passed over; the
+// stores after it are shown.
+void tst_FolderTree::damagedStoreIsPassedOver()
+{
+    QFETCH(int, damaged);
+    QFETCH(QStringList, roots);
+    AddStore(QStringLiteral("Archiv"), true);
+    AddStore(QStringLiteral("Projekte"), false);
+    SetProfileFolder(m_profile->path() + QStringLiteral("-anderswo")); // closes the files
+    QFile file(QDir(m_profile->path()).filePath(QStringLiteral("store%1.vxstore").arg(damaged)));
+    QVERIFY(file.open(QIODevice::ReadWrite));
+    file.write("kaputt kaputt kaputt kaputt");
+    file.close();
+    SetProfileFolder(m_profile->path());
+    tvwFolderFill();
+    QStringList actualRoots;
+    for (int i = 0; i < m_tree->topLevelItemCount(); ++i)
+        actualRoots.append(m_tree->topLevelItem(i)->text(0));
+    QCOMPARE(actualRoots, roots);
+    QVERIFY2(m_env->readLog().contains(QStringLiteral("store%1.vxstore").arg(damaged)), qPrintable(m_env->readLog()));
 }
 
 void tst_FolderTree::readingAgainStartsAfresh()

@@ -4,6 +4,7 @@
 #include "interchange/ContentLine.h"
 #include "InterchangeTestItems.h"
 #include "interchange/Interchange.h"
+#include "store/StoreFaults_p.h"
 #include "store/StoreTestProfile.h"
 
 #include <QFile>
@@ -29,6 +30,7 @@ private slots:
     void commandExitCodes();
     void secondImportUpdatesByUid_data();
     void secondImportUpdatesByUid();
+    void fullDiskStopsTheImportOnce();
 };
 
 namespace {
@@ -306,6 +308,27 @@ void tst_InterchangeFramework::secondImportUpdatesByUid()
     }
     now.sort();
     QCOMPARE(now, subjects);
+// A full disk fails every further entry alike: the import stops at the
+// first with one message instead of one line per entry.
+void tst_InterchangeFramework::fullDiskStopsTheImportOnce()
+{
+    TempProfile profile;
+    CreateProfile();
+    const QString path = profile.scratch(QStringLiteral("daten.vcf"));
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    for (int n = 0; n < 200; ++n)
+        file.write(QStringLiteral("BEGIN:VCARD\r\nFN:Kontakt %1\r\nNOTE:%2\r\nEND:VCARD\r\n")
+                       .arg(n).arg(QString(2000, u'x')).toUtf8());
+    file.close();
+    StoreFaults::LimitStoreSize(TempProfile::folderOf(olFolderContacts), 20);
+    QString outText, errText;
+    QTextStream out(&outText), err(&errText);
+    QCOMPARE(RunInterchangeCommand(QStringLiteral("import"), QStringLiteral("vcard"), path, QString(), out, err), 1);
+    out.flush();
+    err.flush();
+    QCOMPARE((outText + errText).count(QStringLiteral("ist voll")), 1);
+    QVERIFY2(errText.contains(QStringLiteral("Abgebrochen: Der Datenträger")), qPrintable(errText));
 }
 
 QTEST_GUILESS_MAIN(tst_InterchangeFramework)

@@ -1,6 +1,7 @@
 // Profiles: the default store and its folders, more stores, reopening,
 // folder IDs, and damaged files that are refused and left untouched.
 #include "store/StoreTestProfile.h"
+#include "support/TestSupport.h"
 
 #include <QCryptographicHash>
 #include <QDir>
@@ -8,6 +9,8 @@
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QtTest>
+
+#include <unistd.h>
 
 namespace {
 
@@ -50,11 +53,15 @@ private slots:
     void furtherStoresFollowTheDefaultStore();
     void folderAddTakesKindOfParentOrType();
     void folderNamesAreUniqueIgnoringCase();
+    void unusualFolderNamesAreFoundAgain_data();
+    void unusualFolderNamesAreFoundAgain();
     void folderIdsResolveAndGoneIdsFail_data();
     void folderIdsResolveAndGoneIdsFail();
     void damagedStoreIsRefusedAndUntouched_data();
     void damagedStoreIsRefusedAndUntouched();
     void damagedProfileFileIsRefusedAndUntouched();
+    void databaseFailureIsToldInGerman();
+    void readOnlyProfileIsNamedAsSuch();
     void storeFileOfAnotherVersionIsRefused();
 };
 
@@ -160,6 +167,28 @@ void tst_StoreProfile::folderNamesAreUniqueIgnoringCase()
     QVERIFY_THROWS_EXCEPTION(StoreError, folders.Item(QStringLiteral("Gibt es nicht")));
 }
 
+void tst_StoreProfile::unusualFolderNamesAreFoundAgain_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("halbes Paar vorn") << QString(QChar(0xD83D)) + u"Kunden";
+    QTest::newRow("halbes Paar hinten") << u"Kunden" + QString(QChar(0xDE00));
+    QTest::newRow("halbes Paar vor einem Zeichen") << u"A" + QString(QChar(0xD83D)) + u"B";
+    QTest::newRow("ganzes Paar") << QStringLiteral("Kunden \U0001F600");
+    QTest::newRow("Steuerzeichen") << QStringLiteral("Kunden\tNord\x01");
+}
+
+// A folder is found again by the name it was created with, after a reopen.
+void tst_StoreProfile::unusualFolderNamesAreFoundAgain()
+{
+    QFETCH(QString, name);
+    TempProfile profile;
+    TempProfile::folderOf(olFolderContacts).Folders().Add(name);
+    profile.reopen();
+    const MAPIFolder found = TempProfile::folderOf(olFolderContacts).Folders().Find(name);
+    QVERIFY(!found.isNull());
+    QCOMPARE(TempProfile::folderOf(olFolderContacts).Folders().Count(), 1);
+}
+
 void tst_StoreProfile::folderIdsResolveAndGoneIdsFail_data()
 {
     QTest::addColumn<QString>("kind");
@@ -208,6 +237,7 @@ void tst_StoreProfile::damagedStoreIsRefusedAndUntouched_data()
     QTest::newRow("fremde SQLite-Datenbank") << "foreign";
     QTest::newRow("Kopf zerstört") << "header";
     QTest::newRow("Seiten überschrieben") << "pages";
+    QTest::newRow("eine Seite der Elemente überschrieben") << "itempage";
     QTest::newRow("abgeschnitten") << "truncated";
 }
 
@@ -252,6 +282,10 @@ void tst_StoreProfile::damagedStoreIsRefusedAndUntouched()
                 file.write(QByteArray(4096, '\xA5'));
             }
         }
+        if (damage == u"itempage") {
+            file.seek(file.size() - 4 * 4096);
+            file.write(QByteArray(4096, '\xA5'));
+        }
         if (damage == u"truncated")
             file.resize(file.size() / 3);
         file.close();
@@ -293,6 +327,63 @@ void tst_StoreProfile::damagedProfileFileIsRefusedAndUntouched()
         QVERIFY(e.description().contains(QStringLiteral("Profildatei")));
     }
     QCOMPARE(digest(path), before);
+}
+
+// SQLite's English text goes to the error log, the user reads German.
+void tst_StoreProfile::databaseFailureIsToldInGerman()
+{
+    TestEnvironment env(false, false);
+    TempProfile profile;
+    (void)TempProfile::ns();
+    SetProfileFolder(profile.scratch(QStringLiteral("elsewhere")));
+    const QString path = QDir(profile.folder()).filePath(QStringLiteral("Profil.vxprofile"));
+    QFile::remove(path + QStringLiteral("-wal"));
+    QFile::remove(path + QStringLiteral("-shm"));
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadWrite));
+    file.seek(3 * 4096); // the table of the stores
+    file.write(QByteArray(4096, '\xA5'));
+    file.close();
+    profile.reopen();
+    try {
+        (void)Application().GetNamespace().Folders().Count();
+        QFAIL("no StoreError");
+    } catch (const StoreError &e) {
+        QVERIFY2(e.description().contains(QStringLiteral("beschädigt")), qPrintable(e.description()));
+        QVERIFY2(!e.description().contains(QStringLiteral("malformed")), qPrintable(e.description()));
+    }
+    QVERIFY2(env.readLog().contains(QStringLiteral("malformed")), qPrintable(env.readLog()));
+}
+
+// A profile the user may read but not write is no damaged profile.
+void tst_StoreProfile::readOnlyProfileIsNamedAsSuch()
+{
+    TempProfile profile;
+    (void)TempProfile::ns();
+    SetProfileFolder(profile.scratch(QStringLiteral("elsewhere"))); // closes the files
+    const QFileDevice::Permissions readOnly = QFileDevice::ReadOwner | QFileDevice::ReadGroup | QFileDevice::ReadOther;
+    const QFileDevice::Permissions enter = readOnly | QFileDevice::ExeOwner | QFileDevice::ExeGroup | QFileDevice::ExeOther;
+    QVERIFY(QFile::setPermissions(QFileInfo(profile.folder()).path(), enter));
+    QVERIFY(QFile::setPermissions(profile.folder(), enter));
+    for (const QFileInfo &file : QDir(profile.folder()).entryInfoList(QDir::Files))
+        QVERIFY(QFile::setPermissions(file.filePath(), readOnly));
+    // As root every file is writable: the test takes another user's rights.
+    const bool asRoot = geteuid() == 0;
+    if (asRoot)
+        QVERIFY(setresuid(65534, 65534, 0) == 0);
+    QString description;
+    try {
+        profile.reopen();
+        (void)TempProfile::ns().Folders().Count();
+    } catch (const StoreError &e) {
+        description = e.description();
+    }
+    if (asRoot)
+        QVERIFY(setresuid(0, 0, 0) == 0);
+    QFile::setPermissions(profile.folder(), enter | QFileDevice::WriteOwner);
+    QFile::setPermissions(QFileInfo(profile.folder()).path(), enter | QFileDevice::WriteOwner);
+    QVERIFY2(description.contains(QStringLiteral("keine Schreibberechtigung")), qPrintable(description));
+    QVERIFY2(!description.contains(QStringLiteral("beschädigt")), qPrintable(description));
 }
 
 void tst_StoreProfile::storeFileOfAnotherVersionIsRefused()

@@ -113,6 +113,7 @@ private slots:
     void demoGoesOnlyIntoANewOrEmptyProfile();
     void demoHoldsWhatTheCommandsNeed();
     void demoIsFoundAgainAfterReopen();
+    void listGoesOnPastDamagedStore();
     void exportRefusesDamagedItem_data();
     void exportRefusesDamagedItem();
 };
@@ -365,6 +366,25 @@ void tst_StoreTool::exportRefusesDamagedItem()
     QVERIFY2(run.err.contains(QStringLiteral("Die Daten eines Elements sind beschädigt.")), qPrintable(run.err));
     QVERIFY(!QFileInfo::exists(file));
     QCOMPARE(StoredItemData(entryId), stored);
+}
+
+// A store file that cannot be opened is named on the error output; the
+// stores after it are listed, and the exit code says that one failed.
+void tst_StoreTool::listGoesOnPastDamagedStore()
+{
+    TempProfile profile;
+    CreateProfile(profile.folder());
+    AddStore(QStringLiteral("Archiv"), true);
+    SetProfileFolder(profile.scratch(QStringLiteral("anderswo"))); // closes the files
+    QFile file(QDir(profile.folder()).filePath(QStringLiteral("store1.vxstore")));
+    QVERIFY(file.open(QIODevice::ReadWrite));
+    file.write("kaputt kaputt kaputt kaputt");
+    file.close();
+    const ToolRun run = runTool(profile, {"--profile", "%P", "list"});
+    QCOMPARE(run.exitCode, 1);
+    QVERIFY2(run.err.contains(QStringLiteral("store1.vxstore")), qPrintable(run.err));
+    QVERIFY2(run.out.contains(QStringLiteral("Informationsspeicher \"Archiv\"")), qPrintable(run.out));
+    QVERIFY2(run.out.contains(QStringLiteral("Adressbuch: 0 Benutzer")), qPrintable(run.out));
 }
 
 QTEST_GUILESS_MAIN(tst_StoreTool)

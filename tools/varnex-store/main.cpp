@@ -91,9 +91,21 @@ int list()
 {
     const NameSpace ns = Application().GetNamespace();
     out() << "Profil: " << QDir::toNativeSeparators(ProfileFolder()) << "\n";
-    for (const MAPIFolder &root : ns.Folders()) {
-        out() << "\nInformationsspeicher \"" << root.Name() << "\"\n";
-        listFolders(root.Folders(), 1);
+    // A store that cannot be opened is named on the error output; the
+    // others are listed all the same, and the exit code tells.
+    int result = 0;
+    const Folders stores = ns.Folders();
+    const int storeCount = stores.Count();
+    for (int index = 1; index <= storeCount; ++index) {
+        try {
+            const MAPIFolder root = stores.Item(index);
+            out() << "\nInformationsspeicher \"" << root.Name() << "\"\n";
+            listFolders(root.Folders(), 1);
+        } catch (const StoreError &e) {
+            out().flush();
+            err() << "Fehler: " << e.description() << " (" << e.number() << ")\n";
+            result = 1;
+        }
     }
     const QList<AddressBookEntry> book = AddressBook();
     out() << "\nAdressbuch: " << book.size() << " Benutzer\n";
@@ -107,7 +119,7 @@ int list()
         out() << "  freigegeben: " << (granted.isEmpty() ? QStringLiteral("nichts") : granted.join(QStringLiteral(", ")))
               << "\n";
     }
-    return 0;
+    return result;
 }
 
 bool defaultStoreIsEmpty()

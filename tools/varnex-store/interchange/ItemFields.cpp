@@ -85,6 +85,11 @@ Item ImportEntry(InterchangeReport &report, const QString &where, const std::fun
     } catch (const EntryDamage &damage) {
         report.skip(where, damage.reason);
     } catch (const StoreError &e) {
+        // A store that cannot be written (a full disk above all) or a
+        // damaged one fails every further entry the same way: the import
+        // stops at the first with one message.
+        if (e.number() == StoreErrDisk || e.number() == StoreErrCorrupt)
+            throw;
         report.skip(where, e.description());
     }
     return {};

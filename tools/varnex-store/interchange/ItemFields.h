@@ -64,7 +64,9 @@ struct EntryDamage {
 // the entry updates), saves, counts it imported or updated and returns it.
 // EntryDamage and StoreError (a value the store refuses, a failed Save)
 // skip the entry with its position and return a null item; a failed Save
-// leaves the store as it was.
+// leaves the store as it was. A store that cannot be written (StoreErrDisk:
+// a full disk ...) or is damaged (StoreErrCorrupt) is thrown on: the import
+// stops there.
 Item ImportEntry(InterchangeReport &report, const QString &where, const std::function<Item()> &build);
 
 // The identity of an entry: its UID and, for a changed occurrence of a
