@@ -128,7 +128,15 @@ QString ItemReader::captionBeginning(const Item &raw) const
         if (member)
             parts.append(raw.text(QString::fromLatin1(member)));
     }
-    return parts.join(QStringLiteral(", "));
+    QString beginning = parts.join(QStringLiteral(", "));
+    // A contact without "Speichern unter" (one from a plain card) would show
+    // only its folder and date: its full name or its company stands in.
+    if (beginning.isEmpty() && raw.Class() == olContact) {
+        beginning = raw.text(QStringLiteral("FullName"));
+        if (beginning.isEmpty())
+            beginning = raw.text(QStringLiteral("CompanyName"));
+    }
+    return beginning;
 }
 
 void ItemReader::giveUp(const Item &raw, int n, Tolerant &tolerant)

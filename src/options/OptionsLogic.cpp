@@ -46,13 +46,13 @@ std::optional<std::array<int, 3>> LoadPrioritySliders()
 {
     std::array<int, 3> sliders{0, 1, 2};
     std::array<bool, 3> seen{false, false, false};
-    for (int value = 0; value < 3; ++value) {
+    for (int slider = 0; slider < 3; ++slider) {
         bool ok = false;
-        const int slider = GetSetting(QStringLiteral("Priority.%1").arg(value), QStringLiteral("0")).toInt(&ok);
-        if (!ok || slider < 0 || slider > 2 || seen[slider])
+        const int level = GetSetting(QStringLiteral("Priority.%1").arg(slider), QStringLiteral("0")).toInt(&ok);
+        if (!ok || level < 0 || level > 2 || seen[level])
             return std::nullopt;
-        seen[slider] = true;
-        sliders[slider] = value;
+        seen[level] = true;
+        sliders[slider] = level;
     }
     return sliders;
 }
@@ -60,8 +60,8 @@ std::optional<std::array<int, 3>> LoadPrioritySliders()
 SettingValues PrioritySliderValues(const std::array<int, 3> &sliders)
 {
     SettingValues values;
-    for (int i = 0; i < 3; ++i)
-        values.append({QStringLiteral("Priority.%1").arg(sliders[i]), QString::number(i)});
+    for (int slider = 0; slider < 3; ++slider)
+        values.append({QStringLiteral("Priority.%1").arg(slider), QString::number(sliders[slider])});
     return values;
 }
 

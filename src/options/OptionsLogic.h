@@ -28,11 +28,12 @@ std::optional<CountryPreset> CountryPresetFor(const QString &entry);
 // moves to the value that has become free.
 void RepairPriorities(std::array<int, 3> &sliders, int changed);
 
-// Reads Priority.0 to Priority.2 into slider values: Priority.v holds the
-// index of the slider that stands at value v. Nothing when a stored value
-// is no slider index.
+// Reads Priority.0 to Priority.2 into slider values. Slider s stands in the
+// row of criterion s (0 marked folder, 1 series, 2 age) and its value is the
+// level of that criterion (2 consulted first): Priority.s, as the search
+// reads it. Nothing when the stored values are no permutation of 0 to 2.
 std::optional<std::array<int, 3>> LoadPrioritySliders();
-// The reverse: writes Priority.<value of slider i> = i.
+// The reverse, as settings to write: Priority.s = value of slider s.
 SettingValues PrioritySliderValues(const std::array<int, 3> &sliders);
 void SavePrioritySliders(const std::array<int, 3> &sliders);
 

@@ -75,6 +75,11 @@ frmOptions::frmOptions(QWidget *parent)
 void frmOptions::load()
 {
     LoadBoundSettings(this);
+    // Until the dialog has been saved once, MoveToFolder is missing and the
+    // removal moves (its default): the dialog shows that, not "löschen".
+    if (GetSetting(QStringLiteral("MoveToFolder"), QStringLiteral("NotExisting")) == u"NotExisting"
+        && !GetBoolSetting(QStringLiteral("DupEntryIDSave"), false))
+        findChild<QRadioButton *>(QStringLiteral("chkMoveToFolder"))->setChecked(true);
     if (const auto sliders = LoadPrioritySliders()) {
         m_repairing = true;
         for (int i = 0; i < 3; ++i)

@@ -131,8 +131,10 @@ void tst_DupLoserSettings::slidersDecideTheOrder_data()
     QTest::newRow("Alter, Serie, Ordner") << Sliders{0, 1, 2} << "210";
     QTest::newRow("Serie, Alter, Ordner") << Sliders{0, 2, 1} << "120";
     QTest::newRow("Alter, Ordner, Serie") << Sliders{1, 0, 2} << "201";
-    QTest::newRow("Drehung: Ordner, Alter, Serie") << Sliders{1, 2, 0} << "021";
-    QTest::newRow("Drehung: Serie, Ordner, Alter") << Sliders{2, 0, 1} << "102";
+    // Each slider is the level of its own row: moving "Serienelemente" to the
+    // top puts the series first.
+    QTest::newRow("Serie nach oben: Serie, Ordner, Alter") << Sliders{1, 2, 0} << "102";
+    QTest::newRow("Ordner, Alter, Serie") << Sliders{2, 0, 1} << "021";
 }
 
 void tst_DupLoserSettings::slidersDecideTheOrder()

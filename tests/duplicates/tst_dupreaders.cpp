@@ -33,6 +33,9 @@ private slots:
     void readFailures_data();
     void readFailures();
     void searchOverTwoFolders();
+    void duplicatesFolderIsLeftOut();
+    void contactCaptionWithoutFileAs_data();
+    void contactCaptionWithoutFileAs();
     void seriesStaysOverSingle();
     void contactUserField();
     void brokenLevelEndsSearch();
@@ -207,6 +210,46 @@ void tst_DupReaders::readFailures()
     if (!givenUp.isEmpty())
         QVERIFY2(log.contains(QStringLiteral(", Err Des: Das Element konnte nicht gelesen werden., Element: ")),
                  qPrintable(log));
+}
+
+// The items moved by an earlier search are not found again.
+void tst_DupReaders::duplicatesFolderIsLeftOut()
+{
+    const DupItemType &type = DupTypeOf(DupKind::Contact);
+    SwitchOnly(type, {"KontakteLastName"});
+    const MAPIFolder contacts = TempProfile::folderOf(olFolderContacts);
+    const MAPIFolder moved = contacts.Folders().Add(QString::fromLatin1(kDupFolderName));
+    for (const MAPIFolder &folder : {contacts, moved, contacts})
+        AddDupItem(folder, QStringLiteral("40|LastName=Berg"), kMonday);
+    const DupSearchResult result = SearchDuplicates(type, ReadDupSwitches(type), SelectionOf({moved, contacts}, 1));
+    QCOMPARE(result.table.itemCount(), 2);
+    QCOMPARE(result.pairs.count(), 1);
+    QVERIFY(result.masterFolder == contacts);
+    QCOMPARE(m_host.progressMaxima.first(), 2);
+}
+
+void tst_DupReaders::contactCaptionWithoutFileAs_data()
+{
+    QTest::addColumn<QString>("description");
+    QTest::addColumn<QString>("caption");
+    const QString tail = QStringLiteral(" (Kontakte, 08.04.2024 09:30:00)");
+    QTest::newRow("Speichern unter") << "40|FullName=Anna Berg|FileAs=Berg, Anna" << "Berg, Anna" + tail;
+    QTest::newRow("nur voller Name") << "40|FullName=Anna Berg|FileAs=" << "Anna Berg" + tail;
+    QTest::newRow("nur Firma") << "40|CompanyName=Berg GmbH|FileAs=" << "Berg GmbH" + tail;
+    QTest::newRow("nichts") << "40|Body=Notiz" << tail;
+}
+
+// A contact without "Speichern unter" shows its full name or company.
+void tst_DupReaders::contactCaptionWithoutFileAs()
+{
+    QFETCH(QString, description);
+    QFETCH(QString, caption);
+    const DupItemType &type = DupTypeOf(DupKind::Contact);
+    SwitchOnly(type, {"KontakteLastName"});
+    const MAPIFolder contacts = TempProfile::folderOf(olFolderContacts);
+    AddDupItem(contacts, description, kMonday);
+    const DupSearchResult result = SearchDuplicates(type, ReadDupSwitches(type), SelectionOf({contacts}));
+    QCOMPARE(result.table.item(1).caption, caption);
 }
 
 void tst_DupReaders::searchOverTwoFolders()

@@ -45,6 +45,7 @@ class tst_frmOptions : public QObject
     Q_OBJECT
 private slots:
     void initTestCase() { QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany)); }
+    void freshInstallShowsTheRemovalThatRuns();
     void okWritesEveryBoundSetting();
     void okRefusesATypeWithoutFields_data();
     void okRefusesATypeWithoutFields();
@@ -60,6 +61,16 @@ private slots:
     void assistantCaptionsAndSaveAtEnd();
     void assistantClosedEarlyStoresNothing();
 };
+
+// Until the options are saved once, MoveToFolder is missing and the
+// removal moves: the dialog shows that, not "löschen".
+void tst_frmOptions::freshInstallShowsTheRemovalThatRuns()
+{
+    TestEnvironment env;
+    frmOptions dialog;
+    QVERIFY(child<QRadioButton>(&dialog, QStringLiteral("chkMoveToFolder"))->isChecked());
+    QVERIFY(!child<QRadioButton>(&dialog, QStringLiteral("chkDupDel"))->isChecked());
+}
 
 void tst_frmOptions::okWritesEveryBoundSetting()
 {
@@ -86,7 +97,7 @@ void tst_frmOptions::okWritesEveryBoundSetting()
     QCOMPARE(GetSetting(QStringLiteral("SaveAs"), QStringLiteral("NotExisting")), QStringLiteral("1"));
     // The quick selection is no setting.
     QCOMPARE(GetSetting(QStringLiteral("CountrySelect"), QStringLiteral("NotExisting")), QStringLiteral("NotExisting"));
-    // Slider 2 moved from 0 to 2, slider 0 took the free 0: Priority.v = slider at v.
+    // Slider 2 moved from 0 to 2, slider 0 took the free 0: Priority.s = value of slider s.
     QCOMPARE(GetSetting(QStringLiteral("Priority.0")), QStringLiteral("0"));
     QCOMPARE(GetSetting(QStringLiteral("Priority.1")), QStringLiteral("1"));
     QCOMPARE(GetSetting(QStringLiteral("Priority.2")), QStringLiteral("2"));

@@ -56,6 +56,8 @@ void tst_OptionsLogic::prioritiesRoundTrip_data()
                                    << Sliders{2, 1, 0};
     QTest::newRow("0,2,1") << QStringList{QStringLiteral("0"), QStringLiteral("2"), QStringLiteral("1")}
                            << Sliders{0, 2, 1};
+    QTest::newRow("Drehung 1,2,0: jeder Regler seine Zeile")
+        << QStringList{QStringLiteral("1"), QStringLiteral("2"), QStringLiteral("0")} << Sliders{1, 2, 0};
 }
 
 void tst_OptionsLogic::prioritiesRoundTrip()
