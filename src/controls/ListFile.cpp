@@ -46,15 +46,25 @@ QString EscapeListEntry(const QString &entry)
 {
     QString line;
     line.reserve(entry.size());
-    for (const QChar c : entry) {
-        if (c == u'\\')
+    for (qsizetype i = 0; i < entry.size(); ++i) {
+        const QChar c = entry.at(i);
+        const bool pair = c.isHighSurrogate() && i + 1 < entry.size() && entry.at(i + 1).isLowSurrogate();
+        if (c == u'\\') {
             line += QStringLiteral("\\\\");
-        else if (c == u'\n')
+        } else if (c == u'\n') {
             line += QStringLiteral("\\n");
-        else if (c == u'\r')
+        } else if (c == u'\r') {
             line += QStringLiteral("\\r");
-        else
+        } else if (pair) {
             line += c;
+            line += entry.at(++i);
+        } else if ((c.unicode() < 0x20 && c != u'\t') || c.unicode() == 0x7f || c.isSurrogate()) {
+            // What the reader refuses raw (a control character, half of a
+            // pair that UTF-8 cannot hold) is written as its code.
+            line += QStringLiteral("\\u%1").arg(c.unicode(), 4, 16, QLatin1Char('0'));
+        } else {
+            line += c;
+        }
     }
     return line;
 }
@@ -76,6 +86,18 @@ QString UnescapeListEntry(const QString &line, bool &ok)
         case u'\\': entry += u'\\'; break;
         case u'n': entry += u'\n'; break;
         case u'r': entry += u'\r'; break;
+        case u'u': {
+            const QString digits = line.mid(i + 1, 4);
+            bool hex = digits.size() == 4;
+            const ushort code = hex ? digits.toUShort(&hex, 16) : 0;
+            if (!hex) {
+                ok = false;
+                return {};
+            }
+            entry += QChar(code);
+            i += 4;
+            break;
+        }
         default:
             ok = false;
             return {};
@@ -126,8 +148,13 @@ bool WriteListFile(const QString &path, const QStringList &entries)
     if (!QDir().mkpath(QFileInfo(path).absolutePath()))
         return false;
     QByteArray data = kHeader + '\n';
-    for (qsizetype i = 0; i < entries.size() && i < MaxListEntries; ++i)
-        data += EscapeListEntry(entries.at(i)).toUtf8() + '\n';
+    for (qsizetype i = 0; i < entries.size() && i < MaxListEntries; ++i) {
+        const QByteArray line = EscapeListEntry(entries.at(i)).toUtf8() + '\n';
+        // Never more than the reader takes in: the oldest entries stay out.
+        if (data.size() + line.size() > MaxListFileBytes)
+            break;
+        data += line;
+    }
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly))
         return false;

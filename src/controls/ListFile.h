@@ -9,7 +9,9 @@
 //   - then one entry per line, the newest first, at most MaxListEntries;
 //   - an entry is kept exactly as typed, blanks at either end included (a
 //     separator such as " (" is an entry); within it a backslash is written
-//     as "\\", a line feed as "\n" and a carriage return as "\r";
+//     as "\\", a line feed as "\n", a carriage return as "\r", and any
+//     other control character but the tab, and half of a surrogate pair, as
+//     "\u" with four hexadecimal digits;
 //   - empty lines are skipped; an entry never is empty and never repeats.
 //
 // A damaged file is read as far as it goes: reading stops at the first line
@@ -17,7 +19,8 @@
 // has an unknown escape, and at the first line when the header is missing.
 // What was read before stays usable; the next write replaces the file by
 // that plus the new entry.
-// At most MaxListFileBytes are read, so a huge file never stalls a dialog.
+// At most MaxListFileBytes are read, so a huge file never stalls a dialog;
+// the writer leaves out the oldest entries that would go beyond.
 //
 // Files are written through a temporary file and renamed, so a crash
 // leaves either the old or the new list, never half of one.

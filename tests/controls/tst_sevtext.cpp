@@ -82,24 +82,36 @@ void tst_sevText::typeAndEnter(sevText &field, const QString &text)
 void tst_sevText::entriesSurviveTheFile_data()
 {
     QTest::addColumn<QStringList>("entries");
-    QTest::newRow("Trennzeichen mit Blanks") << QStringList{QStringLiteral(" ("), QStringLiteral(") "), QStringLiteral(" ")};
-    QTest::newRow("Umlaute") << QStringList{QStringLiteral("Österreich"), QStringLiteral("Großbritannien")};
+    QTest::addColumn<int>("kept"); // the first entries that fit into what is read
+    QTest::newRow("Trennzeichen mit Blanks") << QStringList{QStringLiteral(" ("), QStringLiteral(") "), QStringLiteral(" ")} << 3;
+    QTest::newRow("Umlaute") << QStringList{QStringLiteral("Österreich"), QStringLiteral("Großbritannien")} << 2;
     QTest::newRow("Backslash und Zeilenumbruch")
-        << QStringList{QStringLiteral("C:\\Anlagen\\neu"), QStringLiteral("zwei\nZeilen"), QStringLiteral("\\n wörtlich")};
-    QTest::newRow("Tabulator") << QStringList{QStringLiteral("a\tb")};
+        << QStringList{QStringLiteral("C:\\Anlagen\\neu"), QStringLiteral("zwei\nZeilen"), QStringLiteral("\\n wörtlich")} << 3;
+    QTest::newRow("Tabulator") << QStringList{QStringLiteral("a\tb")} << 1;
+    QTest::newRow("Steuerzeichen")
+        << QStringList{QStringLiteral("Esc\x1b"), QStringLiteral("Klingel\a"), QString(QChar(0)) + u"Null", QStringLiteral("Entf\x7f"),
+                       QStringLiteral("\\u0041 wörtlich")} << 5;
+    QTest::newRow("halbe Surrogatpaare")
+        << QStringList{QString(QChar(0xD800)) + u"hoch", u"tief" + QString(QChar(0xDC00)), QStringLiteral("ganz \U0001F600")} << 3;
+    QStringList longOnes;
+    for (int i = 0; i < MaxListEntries; ++i)
+        longOnes << QString(2000, QChar(u'a' + i % 26)) + QString::number(i);
+    QTest::newRow("50 lange Einträge") << longOnes << int((MaxListFileBytes - 13) / 2003);
 }
 
 void tst_sevText::entriesSurviveTheFile()
 {
     QFETCH(QStringList, entries);
+    QFETCH(int, kept);
     QVERIFY(WriteListFile(prefsFile(QStringLiteral("x.dat")), entries));
     sevText field;
     field.setList(QStringLiteral("x.dat"), QStringLiteral("Namen"));
-    QCOMPARE(field.entries(), entries);
+    QCOMPARE(field.entries(), entries.mid(0, kept));
     QFile file(prefsFile(QStringLiteral("x.dat")));
     QVERIFY(file.open(QIODevice::ReadOnly));
+    QVERIFY(file.size() <= MaxListFileBytes);
     QCOMPARE(file.readLine(), QByteArray("VarnexList 1\n"));
-    QCOMPARE(file.readAll().count('\n'), entries.size());
+    QCOMPARE(file.readAll().count('\n'), kept);
 }
 
 void tst_sevText::damagedFileIsReadAsFarAsItGoes_data()
