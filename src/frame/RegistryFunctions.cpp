@@ -5,7 +5,9 @@
 #include "frame/GlobalFunctions.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
+#include <QSaveFile>
 #include <QSettings>
 #include <QStandardPaths>
 
@@ -22,6 +24,8 @@ QString &settingsFileOverride()
 
 quint64 s_generation = 0;
 quint64 s_fileGeneration = 0; // counts the changes of the settings file's path
+// Whether a failed write has been shown for the current settings file.
+bool s_writeFailureShown = false;
 
 QString groupKey(const QString &name)
 {
@@ -41,6 +45,7 @@ QString SettingsFile()
 void SetSettingsFile(const QString &path)
 {
     settingsFileOverride() = path;
+    s_writeFailureShown = false;
     ++s_generation;
     ++s_fileGeneration;
 }
@@ -112,8 +117,18 @@ void SaveSettings(const SettingValues &values)
         store.setValue(groupKey(name), value);
     store.sync();
     ++s_generation;
-    if (store.status() != QSettings::NoError)
-        ShowMessage(QStringLiteral("saf"), MsgPlain, QString());
+    if (store.status() != QSettings::NoError) {
+        // An unwritable settings folder fails every write alike: the box
+        // comes once, each failed setting goes to the error log, and the
+        // program goes on with the defaults.
+        WriteErrorLog(QStringLiteral("Die Einstellung %1 konnte nicht in %2 gespeichert werden.")
+                          .arg(name, QDir::toNativeSeparators(SettingsFile())),
+                      QStringLiteral("0"));
+        if (!s_writeFailureShown) {
+            s_writeFailureShown = true;
+            ShowMessage(QStringLiteral("saf"), MsgPlain, QString());
+        }
+    }
 }
 
 void InitSetting(const QString &name, const QString &defaultValue)
@@ -162,8 +177,73 @@ const QList<SettingDefault> &DefaultSettings()
     return defaults;
 }
 
+namespace {
+
+// Whether the INI reader would carry the line on into the next one: an odd
+// number of quotes not escaped by a backslash, or a backslash at its end.
+bool runsOn(const QByteArray &line)
+{
+    bool quoted = false;
+    for (qsizetype i = 0; i < line.size(); ++i) {
+        if (line.at(i) == '\\') {
+            if (i + 1 == line.size())
+                return true;
+            ++i;
+        } else if (line.at(i) == '"') {
+            quoted = !quoted;
+        }
+    }
+    return quoted;
+}
+
+// A damaged line of the settings file (a quote left open, a backslash at its
+// end) would make the INI reader run on into the lines behind it and lose
+// them. Such lines are taken out of the file, every other line stays; each
+// is logged, and one box names them.
+void repairSettingsFile()
+{
+    QFile file(SettingsFile());
+    if (!file.open(QIODevice::ReadOnly))
+        return;
+    const QList<QByteArray> lines = file.readAll().split('\n');
+    file.close();
+    QByteArray kept;
+    QStringList removed;
+    for (qsizetype i = 0; i < lines.size(); ++i) {
+        QByteArray line = lines.at(i);
+        if (line.endsWith('\r'))
+            line.chop(1);
+        if (runsOn(line)) {
+            removed << QString::fromUtf8(line);
+            continue;
+        }
+        kept += lines.at(i);
+        if (i + 1 < lines.size())
+            kept += '\n';
+    }
+    if (removed.isEmpty())
+        return;
+    QSaveFile repaired(SettingsFile());
+    if (!repaired.open(QIODevice::WriteOnly) || repaired.write(kept) != kept.size() || !repaired.commit())
+        WriteErrorLog(QStringLiteral("Die Einstellungsdatei %1 konnte nicht berichtigt werden.")
+                          .arg(QDir::toNativeSeparators(SettingsFile())),
+                      QStringLiteral("0"));
+    ++s_generation;
+    for (const QString &line : std::as_const(removed))
+        WriteErrorLog(QStringLiteral("Beschädigte Zeile der Einstellungsdatei %1 entfernt: %2")
+                          .arg(QDir::toNativeSeparators(SettingsFile()), line),
+                      QStringLiteral("0"));
+    ShowMessage(QStringLiteral("Die Einstellungsdatei %1 war beschädigt. Alle anderen Einstellungen sind erhalten; "
+                               "diese Zeilen konnten nicht gelesen werden und gelten wieder mit ihrem Vorgabewert:\r\n%2")
+                    .arg(QDir::toNativeSeparators(SettingsFile()), removed.join(QStringLiteral("\r\n"))),
+                MsgExclamation, QStringLiteral("Einstellungen"));
+}
+
+} // namespace
+
 void InitDefaultSettings()
 {
+    repairSettingsFile();
     for (const SettingDefault &d : DefaultSettings())
         InitSetting(QString::fromUtf8(d.name), QString::fromUtf8(d.value));
 }

@@ -22,7 +22,9 @@ private slots:
     void writeIsVisibleToNextRead();
     void writeIsOnDiskAtOnce();
     void umlautsSurvive();
-    void failedWriteShowsSafBox();
+    void failedWritesShowOneSafBox();
+    void damagedLineLosesOnlyItself_data();
+    void damagedLineLosesOnlyItself();
 };
 
 void tst_RegistryFunctions::firstStartWritesEveryDefault()
@@ -146,7 +148,7 @@ void tst_RegistryFunctions::umlautsSurvive()
     QCOMPARE(GetSetting(QStringLiteral("CountryFilterText")), QStringLiteral("Österreich"));
 }
 
-void tst_RegistryFunctions::failedWriteShowsSafBox()
+void tst_RegistryFunctions::failedWritesShowOneSafBox()
 {
     TestEnvironment env(false, false);
     const QString previous = SettingsFile();
@@ -156,12 +158,53 @@ void tst_RegistryFunctions::failedWriteShowsSafBox()
     blocker.close();
     SetSettingsFile(env.folder() + QStringLiteral("/blocker/Varnex.ini"));
     MessageRecorder boxes;
-    SaveSetting(QStringLiteral("NDDP"), QStringLiteral("0"));
+    // A first start writes every default: one box, every failure logged.
+    InitDefaultSettings();
     SetSettingsFile(previous);
     QCOMPARE(boxes.count(), 1);
+    QCOMPARE(env.readLog().count(QStringLiteral("konnte nicht in")), DefaultSettings().size());
     QCOMPARE(boxes.last().prompt, QStringLiteral("saf"));
     QCOMPARE(boxes.last().buttons, 0);
     QCOMPARE(boxes.last().title, QString());
+}
+
+void tst_RegistryFunctions::damagedLineLosesOnlyItself_data()
+{
+    QTest::addColumn<QByteArray>("line");
+    QTest::addColumn<bool>("damaged");
+    QTest::newRow("offenes Anführungszeichen") << QByteArray("Settings\\IDDP=\"00") << true;
+    QTest::newRow("Backslash am Zeilenende") << QByteArray("Settings\\IDDP=00\\") << true;
+    QTest::newRow("escapetes Anführungszeichen ist heil") << QByteArray("Settings\\IDDP=\\\"00") << false;
+}
+
+// A damaged line is taken out at the start; the settings behind it stay.
+void tst_RegistryFunctions::damagedLineLosesOnlyItself()
+{
+    QFETCH(QByteArray, line);
+    QFETCH(bool, damaged);
+    TestEnvironment env(false, false);
+    SaveSetting(QStringLiteral("AttPath"), QStringLiteral("/home/anna"));
+    SaveSetting(QStringLiteral("CountryCode"), QStringLiteral("41"));
+    QFile file(SettingsFile());
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QByteArray text = file.readAll();
+    file.close();
+    const qsizetype at = text.indexOf("Settings\\CountryCode");
+    QVERIFY(at > 0);
+    text.insert(at, line + '\n');
+    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    file.write(text);
+    file.close();
+    MessageRecorder boxes;
+    InitDefaultSettings();
+    QCOMPARE(GetSetting(QStringLiteral("CountryCode")), QStringLiteral("41"));
+    QCOMPARE(GetSetting(QStringLiteral("AttPath")), QStringLiteral("/home/anna"));
+    QCOMPARE(boxes.count(), damaged ? 1 : 0);
+    if (damaged) {
+        QVERIFY2(boxes.last().prompt.contains(QString::fromUtf8(line)), qPrintable(boxes.last().prompt));
+        QVERIFY(env.readLog().contains(QString::fromUtf8(line)));
+        QCOMPARE(GetSetting(QStringLiteral("IDDP")), QStringLiteral("00"));
+    }
 }
 
 QTEST_GUILESS_MAIN(tst_RegistryFunctions)
