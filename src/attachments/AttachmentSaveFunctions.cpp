@@ -30,7 +30,9 @@ QString CleanFileName(const QString &name)
     QString kept;
     kept.reserve(name.size());
     for (const QChar c : name) {
-        if (!forbidden.contains(c))
+        // NUL ends a name for the file system: the file would be written
+        // under the cut-off name while the link keeps the whole one.
+        if (!forbidden.contains(c) && c != QChar(0))
             kept.append(c);
     }
     kept = kept.trimmed();

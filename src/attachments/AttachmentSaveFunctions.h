@@ -5,8 +5,8 @@
 
 #include <QString>
 
-// The name without the nine characters \ / : * ? " < > | (all others stay in
-// order), trimmed; "ohneName" when nothing remains.
+// The name without the nine characters \ / : * ? " < > | and NUL (all
+// others stay in order), trimmed; "ohneName" when nothing remains.
 [[nodiscard]] QString CleanFileName(const QString &name);
 
 // The name cut to at most maxBytes bytes of UTF-8, the form file names take

@@ -53,6 +53,8 @@ void tst_AttachmentFileNames::cleanFileName_data()
         << "Rechnung #12 (Kopie) & 50% [neu].pdf" << "Rechnung #12 (Kopie) & 50% [neu].pdf";
     QTest::newRow("Pfad wird zum Namen") << "C:\\Temp\\a.txt" << "CTempa.txt";
     QTest::newRow("Punkte bleiben") << "..." << "...";
+    QTest::newRow("NUL wie die verbotenen Zeichen")
+        << QString(u"Teil A" + QString(QChar(0)) + u"eins.txt") << "Teil Aeins.txt";
 }
 
 void tst_AttachmentFileNames::cleanFileName()
