@@ -54,7 +54,7 @@ void tst_AttachmentFileNames::cleanFileName_data()
     QTest::newRow("Pfad wird zum Namen") << "C:\\Temp\\a.txt" << "CTempa.txt";
     QTest::newRow("Punkte bleiben") << "..." << "...";
     QTest::newRow("NUL wie die verbotenen Zeichen")
-        << QString(u"Teil A" + QString(QChar(0)) + u"eins.txt") << "Teil Aeins.txt";
+        << QString(QStringLiteral("Teil A") + QString(QChar(0)) + QStringLiteral("eins.txt")) << "Teil Aeins.txt";
 }
 
 void tst_AttachmentFileNames::cleanFileName()

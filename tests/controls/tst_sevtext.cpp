@@ -89,10 +89,10 @@ void tst_sevText::entriesSurviveTheFile_data()
         << QStringList{QStringLiteral("C:\\Anlagen\\neu"), QStringLiteral("zwei\nZeilen"), QStringLiteral("\\n wörtlich")} << 3;
     QTest::newRow("Tabulator") << QStringList{QStringLiteral("a\tb")} << 1;
     QTest::newRow("Steuerzeichen")
-        << QStringList{QStringLiteral("Esc\x1b"), QStringLiteral("Klingel\a"), QString(QChar(0)) + u"Null", QStringLiteral("Entf\x7f"),
+        << QStringList{QStringLiteral("Esc\x1b"), QStringLiteral("Klingel\a"), QString(QChar(0)) + QStringLiteral("Null"), QStringLiteral("Entf\x7f"),
                        QStringLiteral("\\u0041 wörtlich")} << 5;
     QTest::newRow("halbe Surrogatpaare")
-        << QStringList{QString(QChar(0xD800)) + u"hoch", u"tief" + QString(QChar(0xDC00)), QStringLiteral("ganz \U0001F600")} << 3;
+        << QStringList{QString(QChar(0xD800)) + QStringLiteral("hoch"), QStringLiteral("tief") + QString(QChar(0xDC00)), QStringLiteral("ganz \U0001F600")} << 3;
     QStringList longOnes;
     for (int i = 0; i < MaxListEntries; ++i)
         longOnes << QString(2000, QChar(u'a' + i % 26)) + QString::number(i);

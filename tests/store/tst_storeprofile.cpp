@@ -170,9 +170,9 @@ void tst_StoreProfile::folderNamesAreUniqueIgnoringCase()
 void tst_StoreProfile::unusualFolderNamesAreFoundAgain_data()
 {
     QTest::addColumn<QString>("name");
-    QTest::newRow("halbes Paar vorn") << QString(QChar(0xD83D)) + u"Kunden";
-    QTest::newRow("halbes Paar hinten") << u"Kunden" + QString(QChar(0xDE00));
-    QTest::newRow("halbes Paar vor einem Zeichen") << u"A" + QString(QChar(0xD83D)) + u"B";
+    QTest::newRow("halbes Paar vorn") << QString(QChar(0xD83D)) + QStringLiteral("Kunden");
+    QTest::newRow("halbes Paar hinten") << QStringLiteral("Kunden") + QString(QChar(0xDE00));
+    QTest::newRow("halbes Paar vor einem Zeichen") << QStringLiteral("A") + QString(QChar(0xD83D)) + QStringLiteral("B");
     QTest::newRow("ganzes Paar") << QStringLiteral("Kunden \U0001F600");
     QTest::newRow("Steuerzeichen") << QStringLiteral("Kunden\tNord\x01");
 }
