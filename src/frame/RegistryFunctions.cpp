@@ -121,9 +121,10 @@ void SaveSettings(const SettingValues &values)
         // An unwritable settings folder fails every write alike: the box
         // comes once, each failed setting goes to the error log, and the
         // program goes on with the defaults.
-        WriteErrorLog(QStringLiteral("Die Einstellung %1 konnte nicht in %2 gespeichert werden.")
-                          .arg(name, QDir::toNativeSeparators(SettingsFile())),
-                      QStringLiteral("0"));
+        for (const auto &[name, value] : values)
+            WriteErrorLog(QStringLiteral("Die Einstellung %1 konnte nicht in %2 gespeichert werden.")
+                              .arg(name, QDir::toNativeSeparators(SettingsFile())),
+                          QStringLiteral("0"));
         if (!s_writeFailureShown) {
             s_writeFailureShown = true;
             ShowMessage(QStringLiteral("saf"), MsgPlain, QString());
