@@ -3,7 +3,8 @@
 set -euo pipefail
 packages=(cmake ninja-build g++ qt6-base-dev qt6-base-dev-tools libqt6sql6-sqlite libgl-dev
           xvfb xauth libphonenumber-dev pkg-config libical-dev libgmime-3.0-dev libpst-dev
-          radicale openssl python3-vobject python3-icalendar python3)
+          radicale openssl python3-vobject python3-icalendar python3
+          qt6-translations-l10n desktop-file-utils appstream dpkg-dev file)
 missing=()
 for p in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")

@@ -10,6 +10,7 @@ int main(int argc, char *argv[])
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Varnex"));
     QApplication::setOrganizationName(QStringLiteral("Nordquell"));
+    LoadQtGermanTranslations();
     InstallMessageBoxHandler();
     if (!Main())
         return 1;

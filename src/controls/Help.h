@@ -5,10 +5,20 @@
 #include <QString>
 
 class QObject;
+class QWidget;
 
-// Opens ProgramFolder()/Varnex.html with the desktop's viewer. Returns false
-// (after an error box) when the page is missing or cannot be opened.
+// Opens ProgramDataFolder()/Varnex.html in the desktop's browser or, when
+// there is none, in the program's help window. Returns false (after an error
+// box) when the page is missing.
 bool OpenHelp();
+
+// True when xdg-open is there and a browser for it: $BROWSER, x-www-browser
+// or a desktop's handler of web pages.
+bool BrowserAvailable();
+
+// The program's own small help window with the page; one at a time, brought
+// to the front when it is open already.
+QWidget *ShowHelpWindow(const QString &path);
 
 // Makes F1 open the help page in every window of the application.
 void InstallHelpKey();

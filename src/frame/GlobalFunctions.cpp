@@ -4,6 +4,8 @@
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
+#include <QStandardPaths>
 #include <QStringEncoder>
 #include <cstdio>
 
@@ -19,6 +21,30 @@ QString &programFolderOverride()
 {
     static QString folder;
     return folder;
+}
+
+QString &dataFolderOverride()
+{
+    static QString folder;
+    return folder;
+}
+
+const QString kReferenceDb = QStringLiteral("VarnexPub.db");
+
+// The folders by the rule, worked out once per process; the user's folder is
+// created then, so that the first log entry finds it.
+const ProgramFolders &resolvedFolders()
+{
+    static const ProgramFolders folders = [] {
+        const QString executable =
+            QCoreApplication::instance() ? QCoreApplication::applicationDirPath() : QDir::currentPath();
+        ProgramFolders found = ResolveProgramFolders(
+            executable, QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation));
+        if (found.program != found.data)
+            QDir().mkpath(found.program);
+        return found;
+    }();
+    return folders;
 }
 
 // A log failure is shown once per streak of failures.
@@ -126,26 +152,68 @@ QString GermanDateTime(const QDateTime &when)
     return when.toString(QStringLiteral("dd.MM.yyyy hh:mm:ss"));
 }
 
+ProgramFolders ResolveProgramFolders(const QString &executableFolder, const QString &userDataHome)
+{
+    const QDir executable(executableFolder);
+    if (!QFileInfo::exists(executable.filePath(kReferenceDb))) {
+        const QString shipped = QDir::cleanPath(executable.filePath(QStringLiteral("../share/varnex")));
+        if (QFileInfo::exists(QDir(shipped).filePath(kReferenceDb)))
+            return {QDir(userDataHome).filePath(QStringLiteral("Nordquell/Varnex")), shipped};
+    }
+    return {executableFolder, executableFolder};
+}
+
 QString ProgramFolder()
 {
     if (!programFolderOverride().isEmpty())
         return programFolderOverride();
-    if (QCoreApplication::instance()) {
-        // The executable stays where it is; asked at every number and name.
-        static const QString folder = QCoreApplication::applicationDirPath();
-        return folder;
-    }
-    return QDir::currentPath();
+    return resolvedFolders().program;
 }
 
-void SetProgramFolder(const QString &folder)
+QString ProgramDataFolder()
+{
+    if (!dataFolderOverride().isEmpty())
+        return dataFolderOverride();
+    if (!programFolderOverride().isEmpty())
+        return programFolderOverride();
+    return resolvedFolders().data;
+}
+
+void SetProgramFolder(const QString &folder, const QString &dataFolder)
 {
     programFolderOverride() = folder;
+    dataFolderOverride() = dataFolder;
 }
 
 QString ProgramFile(const QString &fileName)
 {
     return QDir(ProgramFolder()).filePath(fileName);
+}
+
+QString ProgramDataFile(const QString &fileName)
+{
+    return QDir(ProgramDataFolder()).filePath(fileName);
+}
+
+QString ReferenceDatabaseFile()
+{
+    const QString path = ProgramFile(kReferenceDb);
+    if (QFileInfo::exists(path))
+        return path;
+    const QString shipped = ProgramDataFile(kReferenceDb);
+    if (QFileInfo(shipped) == QFileInfo(path) || !QFileInfo::exists(shipped))
+        return path;
+    QDir().mkpath(ProgramFolder());
+    const QString partial = path + QStringLiteral(".%1.neu").arg(QCoreApplication::applicationPid());
+    QFile::remove(partial);
+    if (QFile::copy(shipped, partial)) {
+        // The shipped file is read-only; the copy is the user's to edit.
+        QFile::setPermissions(partial, QFile::permissions(partial) | QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+        // Another process may have been quicker; its copy is as good.
+        if (!QFile::rename(partial, path))
+            QFile::remove(partial);
+    }
+    return path;
 }
 
 QString ProgramVersion()

@@ -61,14 +61,40 @@ bool WriteErrorLog(const QString &text, const QString &sub);
 // whatever the system locale.
 QString GermanDateTime(const QDateTime &when);
 
-// The program folder: errorlog.txt, Preferences/, VarnexPub.db and the help
-// page lie here. Defaults to the folder of the executable; tests and
-// embedders point it elsewhere.
-QString ProgramFolder();
-void SetProgramFolder(const QString &folder);
+// The program folder holds what the program writes: errorlog.txt,
+// Preferences/ and the reference database VarnexPub.db that the tables
+// dialog edits. The data folder holds what the program only reads: the help
+// page and the reference database as shipped.
+//
+// Run from a build folder (VarnexPub.db beside the executable) both are the
+// folder of the executable. Run from an installation (no VarnexPub.db beside
+// the executable, but ../share/varnex/VarnexPub.db) the data folder is
+// <prefix>/share/varnex and the program folder is the user's data folder
+// ($XDG_DATA_HOME/Nordquell/Varnex, which also holds the profile); the
+// reference database is copied there on first use, so the user's table edits
+// survive updates. Anything else: the folder of the executable, as in a
+// build folder.
+struct ProgramFolders {
+    QString program;
+    QString data;
+};
+ProgramFolders ResolveProgramFolders(const QString &executableFolder, const QString &userDataHome);
 
-// Full path of a file in the program folder.
+// Tests and embedders point the folders elsewhere; an empty dataFolder means
+// the same folder as the program folder, an empty folder the rule above.
+QString ProgramFolder();
+QString ProgramDataFolder();
+void SetProgramFolder(const QString &folder, const QString &dataFolder = QString());
+
+// Full path of a file in the program folder or in the data folder.
 QString ProgramFile(const QString &fileName);
+QString ProgramDataFile(const QString &fileName);
+
+// The reference database in the program folder. When it is missing there
+// and the data folder is another folder that holds it, it is copied first
+// (under a temporary name, then renamed, so that no reader sees half a
+// file). A failed copy leaves it missing; its readers report that.
+QString ReferenceDatabaseFile();
 
 // The program's version as three numbers joined by ".".
 QString ProgramVersion();

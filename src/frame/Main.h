@@ -9,6 +9,11 @@ class frmHaupt;
 // start failed (error 201 was shown).
 frmHaupt *Main();
 
+// Installs Qt's own German texts (file dialogs, buttons, context menus of
+// text fields) whatever the user's locale. Returns false when Qt's German
+// translation is not installed; the program then runs with Qt's English.
+bool LoadQtGermanTranslations();
+
 // Ends the process at once: nothing is saved on the way out, because
 // settings and items are written when they change.
 [[noreturn]] void EndProcess();

@@ -10,6 +10,7 @@
 #include "frame/GlobalFunctions.h"
 #include "frame/Main.h"
 #include "frame/MainCommands.h"
+#include "frame/MainGeometry.h"
 
 #include <QCloseEvent>
 #include <QCoreApplication>
@@ -37,7 +38,6 @@ frmHaupt::frmHaupt(QWidget *parent)
 {
     setObjectName(QStringLiteral("frmHaupt"));
     buildLayout();
-    resize(1280, 800);
 
     connect(m_cmdAlleRueck, &QPushButton::clicked, this, [this] { UncheckAllNodes(*m_tvwOrdner); });
     connect(m_cmdZweigMark, &QPushButton::clicked, this, [this] { CheckMarkedBranch(*m_tvwOrdner); });
@@ -195,5 +195,6 @@ void frmHaupt::hideSharedFolder()
 void frmHaupt::closeEvent(QCloseEvent *event)
 {
     event->accept();
+    SaveMainGeometry(*this);
     EndProcess();
 }

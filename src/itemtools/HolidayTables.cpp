@@ -56,7 +56,7 @@ QDate HolidayRow::to(int period) const
 HolidayTables::HolidayTables()
     : m_connection(QStringLiteral("holidays-") + QUuid::createUuid().toString(QUuid::WithoutBraces))
 {
-    const QString path = ProgramFile(QStringLiteral("VarnexPub.db"));
+    const QString path = ReferenceDatabaseFile();
     // SQLite would create a missing file; the reference database must exist.
     if (!QFileInfo::exists(path))
         throw HolidayError{HolidayErrors::FileNotFound,

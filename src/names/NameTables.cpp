@@ -186,7 +186,7 @@ const NameTables *CurrentNameTables(NameTablesError &error)
     const QString folder = ProgramFolder();
     if (c.watch.path().isEmpty() || folder != c.folder) {
         c.folder = folder;
-        c.watch.setPath(ProgramFile(QStringLiteral("VarnexPub.db")));
+        c.watch.setPath(ReferenceDatabaseFile());
         c.valid = false;
     }
     if (!c.watch.changed() && c.valid)

@@ -171,7 +171,7 @@ TelTables ReadTelTables(const QSqlDatabase &db)
 
 QString ReferenceDatabasePath()
 {
-    return ProgramFile(QStringLiteral("VarnexPub.db"));
+    return ReferenceDatabaseFile();
 }
 
 ReferenceDbConnection::ReferenceDbConnection(bool writable)

@@ -95,7 +95,8 @@ private:
 // Reads both tables from an open database. Throws TelNrError.
 TelTables ReadTelTables(const QSqlDatabase &db);
 
-// The path of VarnexPub.db in the program folder.
+// The path of VarnexPub.db in the program folder (copied there first when
+// needed, see ReferenceDatabaseFile).
 QString ReferenceDatabasePath();
 
 // A connection of its own to the reference database, read-only unless

@@ -4,6 +4,7 @@
 #include "controls/NodeTree.h"
 #include "controls/OutBar.h"
 #include "frame/CommandRegistry.h"
+#include "frame/MainGeometry.h"
 #include "frame/frmHaupt.h"
 #include "support/TestSupport.h"
 
@@ -13,13 +14,18 @@
 #include <QAction>
 #include <QComboBox>
 #include <QLineEdit>
+#include <QApplication>
+#include <QDir>
+#include <QFileInfo>
 #include <QGroupBox>
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
 #include <QProgressBar>
+#include <QScopeGuard>
 #include <QPushButton>
 #include <QTest>
+#include <QTextBrowser>
 #include <QTimer>
 #include <QToolButton>
 
@@ -42,6 +48,12 @@ private slots:
     void runStartDropsDuplicateResult();
     void runEndLeavesDuplicateResult();
     void everyTabStopIsAVisibleControl();
+    void frameFitsScreen_data();
+    void frameFitsScreen();
+    void firstStartFitsFrameIntoScreen();
+    void geometryIsRemembered();
+    void helpGoesToBrowserOrOwnWindow_data();
+    void helpGoesToBrowserOrOwnWindow();
 
 private:
     // Registers a recorder for every command key.
@@ -278,6 +290,127 @@ void tst_frmHaupt::everyTabStopIsAVisibleControl()
             || qobject_cast<QLineEdit *>(w) || qobject_cast<QComboBox *>(w) || qobject_cast<QAbstractSlider *>(w);
         QVERIFY2(control, w->metaObject()->className());
         QVERIFY2(!w->visibleRegion().isEmpty(), qPrintable(w->objectName()));
+    }
+}
+
+void tst_frmHaupt::frameFitsScreen_data()
+{
+    QTest::addColumn<QRect>("available");
+    QTest::addColumn<QMargins>("frame");
+    QTest::addColumn<QSize>("wanted");
+    QTest::addColumn<QRect>("inner");
+    QTest::newRow("1280x800 mit Titelleiste") << QRect(0, 0, 1280, 800) << QMargins(4, 28, 4, 4) << QSize(1280, 800)
+                                              << QRect(4, 28, 1272, 768);
+    QTest::newRow("Leiste unten") << QRect(0, 0, 1280, 768) << QMargins(1, 30, 1, 1) << QSize(1280, 800)
+                                  << QRect(1, 30, 1278, 737);
+    QTest::newRow("Leiste oben") << QRect(0, 32, 1280, 768) << QMargins(0, 30, 0, 0) << QSize(1280, 800)
+                                 << QRect(0, 62, 1280, 738);
+    QTest::newRow("großer Bildschirm, mittig") << QRect(0, 0, 1920, 1050) << QMargins(4, 28, 4, 4)
+                                               << QSize(1280, 800) << QRect(320, 137, 1280, 800);
+    QTest::newRow("zweiter Bildschirm rechts") << QRect(1920, 0, 1280, 1024) << QMargins() << QSize(1280, 800)
+                                               << QRect(1920, 112, 1280, 800);
+}
+
+void tst_frmHaupt::frameFitsScreen()
+{
+    QFETCH(QRect, available);
+    QFETCH(QMargins, frame);
+    QFETCH(QSize, wanted);
+    QFETCH(QRect, inner);
+    const QRect fitted = FitFrameInto(available, frame, wanted);
+    QCOMPARE(fitted, inner);
+    QVERIFY(available.contains(fitted.marginsAdded(frame)));
+}
+
+void tst_frmHaupt::firstStartFitsFrameIntoScreen()
+{
+    QVERIFY(!RestoreMainGeometry(*m_window, QSize(1280, 800)));
+    const QRect available = m_window->screen()->availableGeometry();
+    QVERIFY2(available.contains(m_window->geometry().marginsAdded(FrameMargins(*m_window))),
+             qPrintable(QStringLiteral("%1x%2").arg(m_window->width()).arg(m_window->height())));
+}
+
+void tst_frmHaupt::geometryIsRemembered()
+{
+    const QRect placed(40, 30, 620, 480);
+    m_window->setGeometry(placed);
+    SaveMainGeometry(*m_window);
+    frmHaupt next;
+    QVERIFY(RestoreMainGeometry(next, QSize(1280, 800)));
+    QCOMPARE(next.geometry(), placed);
+}
+
+void tst_frmHaupt::helpGoesToBrowserOrOwnWindow_data()
+{
+    QTest::addColumn<bool>("withXdgOpen");
+    QTest::addColumn<QString>("defaultHtmlHandler");
+    QTest::addColumn<QString>("browserVariable");
+    QTest::addColumn<bool>("inBrowser");
+    QTest::newRow("ohne xdg-open") << false << "firefox-esr.desktop" << "firefox" << false;
+    QTest::newRow("xdg-open ohne Browser") << true << "" << "" << false;
+    QTest::newRow("Browser des Desktops") << true << "firefox-esr.desktop" << "" << true;
+    QTest::newRow("BROWSER gesetzt") << true << "" << "lynx" << true;
+}
+
+void tst_frmHaupt::helpGoesToBrowserOrOwnWindow()
+{
+    QFETCH(bool, withXdgOpen);
+    QFETCH(QString, defaultHtmlHandler);
+    QFETCH(QString, browserVariable);
+    QFETCH(bool, inBrowser);
+    const QDir folder(m_env->folder());
+    QFile page(folder.filePath(QStringLiteral("Varnex.html")));
+    QVERIFY(page.open(QIODevice::WriteOnly));
+    page.write("<html><head><title>Varnex – Hilfe</title></head><body><h1>Hilfe zu Varnex</h1></body></html>");
+    page.close();
+    // Stand-ins for the desktop's tools: xdg-open notes what it was asked to open.
+    QVERIFY(folder.mkpath(QStringLiteral("bin")));
+    const auto script = [&](const QString &name, const QString &body) {
+        QFile f(folder.filePath(QStringLiteral("bin/") + name));
+        QVERIFY(f.open(QIODevice::WriteOnly));
+        f.write(("#!/bin/sh\n" + body + "\n").toUtf8());
+        f.close();
+        f.setPermissions(f.permissions() | QFileDevice::ExeOwner);
+    };
+    const QString opened = folder.filePath(QStringLiteral("geoeffnet.txt"));
+    if (withXdgOpen)
+        script(QStringLiteral("xdg-open"), QStringLiteral("echo \"$1\" > '%1'").arg(opened));
+    script(QStringLiteral("xdg-mime"), QStringLiteral("echo '%1'").arg(defaultHtmlHandler));
+    const QByteArray oldPath = qgetenv("PATH");
+    const QByteArray oldBrowser = qgetenv("BROWSER");
+    const auto restore = qScopeGuard([&] {
+        qputenv("PATH", oldPath);
+        qputenv("BROWSER", oldBrowser);
+    });
+    qputenv("PATH", QFile::encodeName(folder.filePath(QStringLiteral("bin"))));
+    qputenv("BROWSER", browserVariable.toUtf8());
+    QVERIFY(OpenHelp());
+
+    const auto visibleHelpWindows = [] {
+        QList<QWidget *> found;
+        for (QWidget *w : QApplication::topLevelWidgets())
+            if (w->objectName() == QStringLiteral("frmHilfe") && w->isVisible())
+                found << w;
+        return found;
+    };
+    const QList<QWidget *> helpWindows = visibleHelpWindows();
+    if (inBrowser) {
+        QTRY_VERIFY(QFileInfo::exists(opened));
+        QFile f(opened);
+        QVERIFY(f.open(QIODevice::ReadOnly));
+        QCOMPARE(f.readAll().trimmed(), QUrl::fromLocalFile(page.fileName()).toEncoded());
+        QVERIFY(helpWindows.isEmpty());
+    } else {
+        QCOMPARE(helpWindows.size(), 1);
+        auto *text = helpWindows.first()->findChild<QTextBrowser *>();
+        QVERIFY(text->toPlainText().contains(QStringLiteral("Hilfe zu Varnex")));
+        QCOMPARE(helpWindows.first()->windowTitle(), QStringLiteral("Varnex – Hilfe"));
+        // F1 again brings the same window to the front.
+        QVERIFY(OpenHelp());
+        QCOMPARE(visibleHelpWindows(), helpWindows);
+        helpWindows.first()->close();
+        QTest::qWait(0);
+        QVERIFY(!QFileInfo::exists(opened));
     }
 }
 

@@ -1,10 +1,13 @@
 // Messages, the error box and the error log.
 #include "frame/GlobalFunctions.h"
 #include "support/TestSupport.h"
+#include "telephone/TelTables.h"
 
 #include <QDir>
 #include <QFile>
 #include <QRegularExpression>
+#include <QSqlQuery>
+#include <QTemporaryDir>
 #include <QTest>
 
 class tst_GlobalFunctions : public QObject
@@ -20,6 +23,9 @@ private slots:
     void failingLogShowsOneBoxAndNeverLoops();
     void messageWithoutHandlerAnswersDefaultButton_data();
     void messageWithoutHandlerAnswersDefaultButton();
+    void programFoldersByLayout_data();
+    void programFoldersByLayout();
+    void referenceDbCopiedOnFirstUse();
 };
 
 void tst_GlobalFunctions::logEntryIsFourCrLfLines()
@@ -141,6 +147,75 @@ void tst_GlobalFunctions::messageWithoutHandlerAnswersDefaultButton()
     MessageHandler previous = SetMessageHandler({});
     QCOMPARE(ShowMessage(QStringLiteral("?"), style, QStringLiteral("Frage?")), answer);
     SetMessageHandler(previous);
+}
+
+void tst_GlobalFunctions::programFoldersByLayout_data()
+{
+    QTest::addColumn<QStringList>("files");
+    QTest::addColumn<QString>("executable");
+    QTest::addColumn<QString>("program");
+    QTest::addColumn<QString>("data");
+    // Paths below a temporary root; "~" is the user's data folder.
+    QTest::newRow("Build-Ordner") << QStringList{"build/bin/VarnexPub.db", "build/bin/Varnex.html"} << "build/bin"
+                                  << "build/bin" << "build/bin";
+    QTest::newRow("Installation") << QStringList{"usr/share/varnex/VarnexPub.db", "usr/bin/varnex"} << "usr/bin"
+                                  << "~/Nordquell/Varnex" << "usr/share/varnex";
+    QTest::newRow("Datenbank neben dem Programm geht vor")
+        << QStringList{"opt/bin/VarnexPub.db", "opt/share/varnex/VarnexPub.db"} << "opt/bin" << "opt/bin" << "opt/bin";
+    QTest::newRow("share ohne Datenbank") << QStringList{"usr/share/varnex/Varnex.html"} << "usr/bin" << "usr/bin"
+                                          << "usr/bin";
+}
+
+void tst_GlobalFunctions::programFoldersByLayout()
+{
+    QFETCH(QStringList, files);
+    QFETCH(QString, executable);
+    QFETCH(QString, program);
+    QFETCH(QString, data);
+    QTemporaryDir root;
+    const QDir dir(root.path());
+    for (const QString &file : files) {
+        QVERIFY(dir.mkpath(QFileInfo(file).path()));
+        QFile f(dir.filePath(file));
+        QVERIFY(f.open(QIODevice::WriteOnly));
+    }
+    QVERIFY(dir.mkpath(executable));
+    const auto resolve = [&](const QString &relative) {
+        return relative.startsWith(u'~') ? dir.filePath(QStringLiteral("home") + relative.mid(1)) : dir.filePath(relative);
+    };
+    const ProgramFolders found = ResolveProgramFolders(dir.filePath(executable), dir.filePath(QStringLiteral("home")));
+    QCOMPARE(found.program, resolve(program));
+    QCOMPARE(found.data, resolve(data));
+}
+
+void tst_GlobalFunctions::referenceDbCopiedOnFirstUse()
+{
+    TestEnvironment env(false);
+    const QDir root(env.folder());
+    const QString shipped = root.filePath(QStringLiteral("share/varnex/VarnexPub.db"));
+    QVERIFY(root.mkpath(QStringLiteral("share/varnex")));
+    QVERIFY(QFile::copy(BuiltReferenceDb(), shipped));
+    QVERIFY(QFile::setPermissions(shipped, QFileDevice::ReadOwner));
+    const QString user = root.filePath(QStringLiteral("home/Nordquell/Varnex"));
+    SetProgramFolder(user, root.filePath(QStringLiteral("share/varnex")));
+
+    // The readers of the tables find the copy.
+    QVERIFY(CurrentTelTables().matchCountry(u"4930123", u"00", true).has_value());
+    const QString copy = ReferenceDatabaseFile();
+    QCOMPARE(copy, user + QStringLiteral("/VarnexPub.db"));
+    QVERIFY(QFileInfo(copy).isWritable());
+    QCOMPARE(QDir(user).entryList(QDir::Files), QStringList{QStringLiteral("VarnexPub.db")});
+
+    // The user's edits stay: the shipped file is never copied over them.
+    {
+        ReferenceDbConnection connection(true);
+        QSqlQuery query(connection.database());
+        QVERIFY(query.exec(QStringLiteral("DELETE FROM T_CountryCodes")));
+    }
+    NotifyTelTablesChanged();
+    QCOMPARE(ReferenceDatabaseFile(), copy);
+    QVERIFY(!CurrentTelTables().matchCountry(u"4930123", u"00", true).has_value());
+    QCOMPARE(QFileInfo(shipped).size(), QFileInfo(BuiltReferenceDb()).size());
 }
 
 QTEST_GUILESS_MAIN(tst_GlobalFunctions)

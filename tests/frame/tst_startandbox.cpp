@@ -9,7 +9,10 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QFileDialog>
 #include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTest>
@@ -24,6 +27,7 @@ private slots:
     void boxClosesItselfAfterTimeout();
     void splashShowsVersion();
     void startWritesDefaultsAndShowsMainWindow();
+    void qtOwnTextsAreGerman();
 };
 
 namespace {
@@ -131,6 +135,27 @@ void tst_StartAndBox::startWritesDefaultsAndShowsMainWindow()
         QVERIFY(!(qobject_cast<frmSplash *>(w) && w->isVisible()));
     haupt->hide();
     delete haupt;
+}
+
+void tst_StartAndBox::qtOwnTextsAreGerman()
+{
+    // An English locale must not matter.
+    QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
+    QVERIFY(LoadQtGermanTranslations());
+    QLineEdit edit;
+    std::unique_ptr<QMenu> menu(edit.createStandardContextMenu());
+    QStringList entries;
+    for (const QAction *action : menu->actions())
+        entries << action->text().section(u'\t', 0, 0);
+    QVERIFY2(entries.contains(QStringLiteral("&Rückgängig")), qPrintable(entries.join(u'|')));
+    QVERIFY2(entries.contains(QStringLiteral("Einf&ügen")), qPrintable(entries.join(u'|')));
+
+    QFileDialog chooser;
+    chooser.setOption(QFileDialog::DontUseNativeDialog);
+    QStringList labels;
+    for (const QLabel *label : chooser.findChildren<QLabel *>())
+        labels << label->text();
+    QVERIFY2(labels.contains(QStringLiteral("Suchen in:")), qPrintable(labels.join(u'|')));
 }
 
 QTEST_MAIN(tst_StartAndBox)

@@ -24,6 +24,7 @@ MessageRecorder::~MessageRecorder()
 
 TestEnvironment::TestEnvironment(bool withReferenceDb, bool withDefaults)
     : m_previousFolder(ProgramFolder())
+    , m_previousDataFolder(ProgramDataFolder())
     , m_previousSettings(SettingsFile())
     , m_previousProfile(ProfileFolder())
 {
@@ -40,7 +41,7 @@ TestEnvironment::TestEnvironment(bool withReferenceDb, bool withDefaults)
 
 TestEnvironment::~TestEnvironment()
 {
-    SetProgramFolder(m_previousFolder);
+    SetProgramFolder(m_previousFolder, m_previousDataFolder);
     SetSettingsFile(m_previousSettings);
     SetProfileFolder(m_previousProfile);
 }

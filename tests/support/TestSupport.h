@@ -49,6 +49,7 @@ public:
 private:
     QTemporaryDir m_dir;
     QString m_previousFolder;
+    QString m_previousDataFolder;
     QString m_previousSettings;
     QString m_previousProfile;
 };
