@@ -38,6 +38,8 @@ frmHaupt::frmHaupt(QWidget *parent)
 {
     setObjectName(QStringLiteral("frmHaupt"));
     buildLayout();
+    // Main() fits the frame into the screen or restores the last place.
+    resize(1280, 800);
 
     connect(m_cmdAlleRueck, &QPushButton::clicked, this, [this] { UncheckAllNodes(*m_tvwOrdner); });
     connect(m_cmdZweigMark, &QPushButton::clicked, this, [this] { CheckMarkedBranch(*m_tvwOrdner); });
